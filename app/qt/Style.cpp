@@ -1,0 +1,72 @@
+#include "Style.h"
+
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QLabel>
+
+namespace lorvane::gui {
+
+QString ToQt(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string FromQt(const QString& text) {
+    return text.toStdString();
+}
+
+QString Shown(std::string_view text) {
+    QString shown = ToQt(text);
+    shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    shown.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return shown;
+}
+
+std::string Kept(const QString& text) {
+    QString kept = text;
+    kept.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    kept.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
+    return FromQt(kept);
+}
+
+QColor ToQColor(Colour colour) {
+    return QColor(static_cast<int>((colour >> 16) & 0xFF), static_cast<int>((colour >> 8) & 0xFF),
+                  static_cast<int>(colour & 0xFF));
+}
+
+QFont SansFont(double points, bool bold) {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    font.setPointSizeF(points > 0 ? points : TextPoints);
+    font.setBold(bold);
+    return font;
+}
+
+QFont FixedFont(double points, bool bold) {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    // Some platforms (the offscreen one among them) answer with a proportional font.
+    if (!QFontInfo(font).fixedPitch()) {
+        font.setFamily(QStringLiteral("monospace"));
+        font.setStyleHint(QFont::Monospace);
+        font.setFixedPitch(true);
+    }
+    font.setPointSizeF(points > 0 ? points : TextPoints);
+    font.setBold(bold);
+    return font;
+}
+
+QFont FontOf(FontFace face, double points, bool bold) {
+    return face == FontFace::Fixed ? FixedFont(points, bold) : SansFont(points, bold);
+}
+
+void StyleHeading(QLabel* label) {
+    label->setStyleSheet(
+        QStringLiteral("QLabel { background-color: %1; color: %2; border: 1px solid %3; }")
+            .arg(HeadingBackground.name(), HeadingText.name(),
+                 HeadingBackground.darker(160).name()));
+    QFont font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    label->setIndent(Spacing);
+}
+
+} // namespace lorvane::gui

@@ -1,0 +1,205 @@
+#include "Wallpaper.h"
+
+#include <algorithm>
+
+#include <QCloseEvent>
+#include <QScreen>
+
+#include "Style.h"
+#include "frame/Module.h"
+#include "frame/Startup.h"
+#include "platform/Screens.h"
+
+namespace lorvane::gui {
+
+Wallpaper::Wallpaper(Module& module, QWidget* parent) : QWidget(parent), module_(module) {
+    setObjectName(QStringLiteral("Wallpaper"));
+    setFont(SansFont(TextPoints));
+    setAutoFillBackground(true);
+    setFixedSize(static_cast<int>(module_.FrameWidth / TwipsPerPixel),
+                 static_cast<int>(module_.FrameHeight / TwipsPerPixel));
+    timer_.setInterval(2000);
+    connect(&timer_, &QTimer::timeout, this, &Wallpaper::tick);
+}
+
+Wallpaper::~Wallpaper() = default;
+
+void Wallpaper::dispatch(const std::function<void()>& action) {
+    ++busy_;
+    action();
+    --busy_;
+    afterEvent();
+}
+
+double Wallpaper::pixelsPerTwip() const {
+    if (module_.FullSize != 1) {
+        return 1 / TwipsPerPixel;
+    }
+    // In full size the logic has scaled the screens to the whole screen; the frame's inner area
+    // is a little smaller (the caption bar, the panels), so the screens shrink to fit it.
+    const Screens& screens = module_.platform().screens;
+    const double inner =
+        std::min(width() / screens.screenWidth(), height() / screens.screenHeight());
+    return inner > 0 ? inner : 1 / TwipsPerPixel;
+}
+
+ScreenView* Wallpaper::view(std::string_view screenName) const {
+    for (const QPointer<ScreenView>& view : views_) {
+        if (view &&
+            QString::compare(view->objectName(), ToQt(screenName), Qt::CaseInsensitive) == 0) {
+            return view;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<ScreenView*> Wallpaper::views() const {
+    std::vector<ScreenView*> all;
+    for (const QPointer<ScreenView>& view : views_) {
+        if (view) {
+            all.push_back(view);
+        }
+    }
+    return all;
+}
+
+void Wallpaper::refresh() {
+    if (autoShow_ && !shown_ && module_.FrameReady == 1) {
+        shown_ = true;
+        applyWindowState();
+        if (module_.FullSize == 1) {
+            showMaximized();
+        } else {
+            move(screenOrigin() + QPoint(static_cast<int>(module_.FrameLeft / TwipsPerPixel),
+                                         static_cast<int>(module_.FrameTop / TwipsPerPixel)));
+            show();
+        }
+    }
+
+    const std::vector<Screen*> loaded =
+        module_.Ended() ? std::vector<Screen*>() : module_.LoadedScreens();
+    // Views of screens that are gone. One of them may hold the widget whose signal is running
+    // now, so it goes when control is back in the event loop.
+    std::erase_if(views_, [&loaded](const QPointer<ScreenView>& view) {
+        if (view && std::any_of(loaded.begin(), loaded.end(),
+                                [&view](const Screen* screen) { return view->Shows(*screen); })) {
+            return false;
+        }
+        if (view) {
+            view->hide();
+            view->deleteLater();
+        }
+        return true;
+    });
+
+    const double scale = pixelsPerTwip();
+    Dispatch dispatcher = [this](const std::function<void()>& action) { dispatch(action); };
+    for (Screen* screen : loaded) {
+        const auto found =
+            std::find_if(views_.begin(), views_.end(),
+                         [screen](const QPointer<ScreenView>& view) { return view->Shows(*screen); });
+        ScreenView* view = found != views_.end() ? found->data() : nullptr;
+        if (view == nullptr) {
+            view = new ScreenView(module_, *screen, dispatcher, this);
+            views_.emplace_back(view);
+        }
+        view->refresh(scale, pictures_);
+        // Later screens lie above earlier ones.
+        view->raise();
+    }
+    if (ScreenView* pinned =
+            module_.PinnedScreen2.empty() ? nullptr : view(module_.PinnedScreen2)) {
+        pinned->raise();
+    }
+}
+
+void Wallpaper::afterEvent() {
+    refresh();
+    setWindowTitle(ToQt(module_.Caption));
+    if (module_.Ended()) {
+        timer_.stop();
+        if (!endReported_) {
+            endReported_ = true;
+            emit moduleEnded();
+        }
+        return;
+    }
+    if (module_.TimerInterval > 0) {
+        if (!timer_.isActive() || timer_.interval() != module_.TimerInterval) {
+            timer_.start(module_.TimerInterval);
+        }
+    } else {
+        timer_.stop();
+    }
+    // A change of the window state from inside a state change waits for the event loop.
+    QTimer::singleShot(0, this, &Wallpaper::applyWindowState);
+}
+
+void Wallpaper::tick() {
+    module_.Run([this] { module_.FrameTick(); });
+    afterEvent();
+    if (ScreenView* pinned =
+            module_.PinnedScreen2.empty() ? nullptr : view(module_.PinnedScreen2)) {
+        pinned->raise();
+        pinned->takeFocus();
+    }
+}
+
+void Wallpaper::applyWindowState() {
+    if (isMinimized()) {
+        return;
+    }
+    if (module_.FullSize == 1) {
+        setMinimumSize(0, 0);
+        setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+        if (isVisible() && !isMaximized()) {
+            setWindowState(windowState() | Qt::WindowMaximized);
+        }
+        return;
+    }
+    // The user cannot resize the frame: it keeps its design size.
+    setFixedSize(static_cast<int>(module_.FrameWidth / TwipsPerPixel),
+                 static_cast<int>(module_.FrameHeight / TwipsPerPixel));
+}
+
+QPoint Wallpaper::screenOrigin() const {
+    const QScreen* where = screen();
+    return where != nullptr ? where->availableGeometry().topLeft() : QPoint();
+}
+
+void Wallpaper::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) {
+        dispatch([this] { module_.Run([this] { FrameResize(module_); }); });
+    }
+}
+
+void Wallpaper::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (isVisible() && windowState() == Qt::WindowNoState) {
+        const QPoint at = pos() - screenOrigin();
+        module_.FrameLeft = at.x() * TwipsPerPixel;
+        module_.FrameTop = at.y() * TwipsPerPixel;
+    }
+}
+
+void Wallpaper::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (module_.FullSize == 1) {
+        refresh();
+    }
+}
+
+void Wallpaper::closeEvent(QCloseEvent* event) {
+    // Closing the frame ends the module, but not in the middle of an action.
+    if (busy_ > 0) {
+        event->ignore();
+        return;
+    }
+    if (!module_.Ended()) {
+        dispatch([this] { module_.Run([this] { module_.ModuleEnd(); }); });
+    }
+    event->accept();
+}
+
+} // namespace lorvane::gui

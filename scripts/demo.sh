@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Builds the program and runs the demo: a whole analysis of the example data, headless.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-deps.sh
+
+jobs=$(nproc 2>/dev/null || echo 2)
+cmake -S . -B build/release -DCMAKE_BUILD_TYPE=RelWithDebInfo
+cmake --build build/release -j "$jobs" --target VAR lorvane-import
+
+work="$PWD/build/demo"
+rm -rf "$work"
+build/release/app/import/lorvane-import examples/e1.csv "$work"
+QT_QPA_PLATFORM=offscreen build/release/app/module/VAR --script examples/demo.var "$work"
+
+echo
+echo "The log of the analysis: $work/LORVANE.DAT/OUTPUT.TXT"
+ls "$work"/LORVANE.DAT/IRP*.BMP 2>/dev/null | sed 's/^/A picture: /' || true

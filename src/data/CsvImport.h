@@ -1,0 +1,92 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/DataStore.h"
+
+namespace lorvane {
+
+// What the command line may set; unset fields come from the data's date column or defaults.
+struct ImportOptions {
+    enum class DateColumn { Detect, Yes, No };
+
+    std::optional<int> DataType;
+    std::optional<int> FirstYear;
+    std::optional<int> FirstPeriod;
+    std::optional<int> PeriodsPerYear;
+    std::optional<std::string> Description;
+    double MissingCode = DefaultMissingCode;
+    DateColumn Dates = DateColumn::Detect;
+};
+
+// A data set as INPUT1.RAN and INPUT2.RAN hold it. Columns[j - 1][t - 1] is the value of
+// variable j at observation t; a missing value is MissingCode.
+struct ImportedData {
+    int DataType = 0;
+    int FirstYear = 1;
+    int FirstPeriod = 1;
+    int PeriodsPerYear = 1;
+    double MissingCode = DefaultMissingCode;
+    std::string Description;
+    std::vector<std::string> Names;
+    std::vector<std::vector<double>> Columns;
+    long long MissingValues = 0;
+
+    int ObsCount() const { return Columns.empty() ? 0 : static_cast<int>(Columns.front().size()); }
+    int VarCount() const { return static_cast<int>(Columns.size()); }
+};
+
+// Input that cannot be imported. Line and column are 1-based places in the CSV text (0 when
+// the problem has no such place, as with a bad option).
+class ImportError : public std::runtime_error {
+public:
+    ImportError(int line, int column, const std::string& message);
+    int Line() const { return line_; }
+    int Column() const { return column_; }
+    // The message without the place.
+    const std::string& Problem() const { return problem_; }
+
+private:
+    int line_;
+    int column_;
+    std::string problem_;
+};
+
+// The most observations and variables the files can count, and the longest name.
+inline constexpr int MaxObservations = 32767;
+inline constexpr int MaxVariables = 32767;
+inline constexpr std::size_t MaxNameLength = Input2RecordLength;
+inline constexpr std::size_t MaxDescriptionLength = Input2RecordLength * Input2DescriptionRecords;
+
+// Reads CSV text: a first line of names, then one line per observation, with an optional
+// first column of dates. Throws ImportError naming the line and column of the first problem.
+ImportedData ParseCsv(std::string_view text, const ImportOptions& options);
+
+// A date of the first column: the year, the period within the year and the periods per year
+// the form implies (1 for a plain year). Empty when text is not a date.
+struct CsvDate {
+    int Year = 0;
+    int Period = 1;
+    int PeriodsPerYear = 1;
+};
+std::optional<CsvDate> ParseCsvDate(std::string_view text);
+
+// Writes dataFolder/LORVANE.DAT/INPUT1.RAN and INPUT2.RAN (creating the folders). Both are
+// first written to temporary files beside them and renamed at the end, so that a failure
+// leaves the earlier files as they were. Throws RuntimeError on file errors.
+void WriteDataFiles(const ImportedData& data, const std::filesystem::path& dataFolder);
+
+// The command line of lorvane-import: arguments without the program name. Returns the exit
+// code: 0 done, 1 the data were refused, 2 bad arguments, 3 the files could not be written.
+int RunImport(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
+
+// The text of --help.
+std::string ImportUsage();
+
+} // namespace lorvane

@@ -1,0 +1,229 @@
+#include "estimate/FimlVariance.h"
+
+#include <cmath>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "estimate/EstimationReport.h"
+#include "estimate/EstimationView.h"
+#include "frame/Module.h"
+#include "frame/NumberText.h"
+#include "frame/TextFile.h"
+#include "numeric/DISTRIB.h"
+#include "numeric/Matsubs.h"
+
+namespace lorvane {
+
+namespace {
+
+constexpr std::size_t ColumnWidth = 15;
+
+// The places of the free elements of L, row by row.
+struct Place {
+    int i;
+    int j;
+};
+
+std::vector<Place> FreePlaces(int k) {
+    std::vector<Place> places;
+    for (int i = 1; i <= k; ++i) {
+        for (int j = 1; j <= i; ++j) {
+            places.push_back({i, j});
+        }
+    }
+    return places;
+}
+
+std::string PlaceName(const Place& place) {
+    return "L(" + Trim(NumberToText(place.i)) + "," + Trim(NumberToText(place.j)) + ")";
+}
+
+} // namespace
+
+Int16 FreeElementCount(int k) {
+    return CInt((std::pow(k, 2) + k) / 2);
+}
+
+double ObservationLogLikelihood(int t, const Matrix& L, const Matrix& u, Int16 k, Int16& flag) {
+    Matrix sigma(k, k);
+    for (int i = 1; i <= k; ++i) {
+        for (int j = i; j <= k; ++j) {
+            double sum = 0;
+            for (int m = 1; m <= k; ++m) {
+                sum += L(i, m) * L(j, m);
+            }
+            sigma(i, j) = sigma(j, i) = sum;
+        }
+    }
+    Matrix inverse(k, k);
+    double determinant = 0;
+    Int16 failed;
+    InvertMatrix(sigma, inverse, determinant, k, failed);
+    if (failed == 1 || !(determinant > 0)) {
+        flag = 1;
+        return 0;
+    }
+    flag = 0;
+    double quadratic = 0;
+    for (int i = 1; i <= k; ++i) {
+        for (int j = 1; j <= k; ++j) {
+            quadratic += u(t, i) * inverse(i, j) * u(t, j);
+        }
+    }
+    return -0.5 * quadratic - 0.5 * std::log(determinant);
+}
+
+Matrix ReadResiduals(const Workspace& workspace, int T) {
+    TextInput input(workspace.DataFile("U.TMP"));
+    const int k = input.ReadWhole();
+    for (int i = 1; i <= k; ++i) {
+        input.ReadField();
+    }
+    Matrix u(T, k);
+    for (int t = 1; t <= T; ++t) {
+        for (int i = 1; i <= k; ++i) {
+            u(t, i) = input.ReadNumber();
+        }
+    }
+    return u;
+}
+
+VarianceOfL ComputeVarianceOfL(EstimationView& view, Matrix L, const Matrix& u, double T,
+                               Matrix& VL) {
+    const Int16 k = L.Rows();
+    const std::vector<Place> places = FreePlaces(k);
+    const int nL = FreeElementCount(k);
+    const int n = static_cast<int>(T);
+    Matrix G(nL, nL);
+    Vector g(nL);
+    for (int t = 1; t <= n; ++t) {
+        view.Working();
+        for (int c = 1; c <= nL; ++c) {
+            double& element = L(places[static_cast<std::size_t>(c - 1)].i,
+                                places[static_cast<std::size_t>(c - 1)].j);
+            const double kept = element;
+            Int16 flag;
+            element = kept + ScoreStep;
+            const double plus = ObservationLogLikelihood(t, L, u, k, flag);
+            if (flag == 1) {
+                return VarianceOfL::LSingular;
+            }
+            element = kept - ScoreStep;
+            const double minus = ObservationLogLikelihood(t, L, u, k, flag);
+            if (flag == 1) {
+                return VarianceOfL::LSingular;
+            }
+            element = kept;
+            g(c) = 0.5 * (plus - minus) / ScoreStep;
+        }
+        for (int r = 1; r <= nL; ++r) {
+            for (int s = 1; s <= nL; ++s) {
+                G(r, s) += g(r) * g(s) / T;
+            }
+        }
+    }
+    view.Working();
+    VL.Resize(nL, nL);
+    double determinant = 0;
+    Int16 flag;
+    InvertMatrix(G, VL, determinant, nL, flag);
+    return flag == 1 ? VarianceOfL::ScoresSingular : VarianceOfL::Done;
+}
+
+double ConcentratedLogLikelihood(const Matrix& L, double T) {
+    const int k = L.Rows();
+    double product = L(1, 1);
+    for (int i = 2; i <= k; ++i) {
+        product *= std::abs(L(i, i));
+    }
+    const double pi = 4 * std::atan(1.0);
+    return T * (-CheckedLog(product) - k / 2.0 - (k / 2.0) * std::log(2 * pi));
+}
+
+std::string LReportText(const Matrix& L, const Matrix& VL, double T) {
+    const int k = L.Rows();
+    std::string text = "L = \r\n";
+    int c = 0;
+    for (int i = 1; i <= k; ++i) {
+        std::string values;
+        std::string tValues;
+        std::string pValues;
+        for (int j = 1; j <= k; ++j) {
+            if (j > i) {
+                values += RightAligned("0", ColumnWidth);
+                continue;
+            }
+            ++c;
+            const double t = TValue(T, L(i, j), VL(c, c));
+            values += RightAligned(FormatNumber(L(i, j), "0.00000E+000"), ColumnWidth);
+            tValues += RightAligned("(" + Trim(FormatNumber(t, "########0.00")) + ")", ColumnWidth);
+            pValues += RightAligned("[" + FormatNumber(NormalPValue(std::abs(t)), "0.00000") + "]",
+                                    ColumnWidth);
+        }
+        text += values + "\r\n" + tValues + "\r\n" + pValues + "\r\n";
+    }
+    text += "(t-values in parenthesis)\r\n";
+    text += "[p-values in parenthesis (two-sided, based on the normal approximation)]\r\n";
+    text += "Log-likelihood: " + FormatNumber(ConcentratedLogLikelihood(L, T), "00.000000E+000") +
+            "\r\n";
+    return text;
+}
+
+void ExtendWaldFile(EstimationView& view, const Matrix& L, const Matrix& VL, double T) {
+    const Module& module = view.module;
+    const int k = L.Rows();
+    const std::vector<Place> places = FreePlaces(k);
+    const int nL = static_cast<int>(places.size());
+    {
+        TextInput old(module.DataFile("WALDT.TMP"));
+        const double fileT = old.ReadNumber();
+        const int K = old.ReadWhole();
+        TextOutput out(module.DataFile("WALDTN.TMP"), TextOutput::Mode::Output);
+        out.WriteRecord(CommaRecord().Number(fileT).Whole(Int16(K + nL)));
+        for (int q = 1; q <= K; ++q) {
+            out.WriteRecord(CommaRecord().Text(old.ReadField()));
+        }
+        int c = 0;
+        for (const Place& place : places) {
+            ++c;
+            const double t = TValue(T, L(place.i, place.j), VL(c, c));
+            out.WriteRecord(
+                CommaRecord().Text(DisplayRow(PlaceName(place), L(place.i, place.j), t)));
+        }
+        view.Working();
+        for (int q = 1; q <= K; ++q) {
+            out.WriteRecord(CommaRecord().Number(old.ReadNumber()));
+        }
+        for (const Place& place : places) {
+            out.WriteRecord(CommaRecord().Number(L(place.i, place.j)));
+        }
+        view.Working();
+        for (int r = 1; r <= K; ++r) {
+            for (int q = 1; q <= K; ++q) {
+                out.WriteRecord(CommaRecord().Number(old.ReadNumber()));
+            }
+            for (int q = 1; q <= nL; ++q) {
+                out.WriteRecord(CommaRecord().Whole(0));
+            }
+        }
+        for (int r = 1; r <= nL; ++r) {
+            for (int q = 1; q <= K; ++q) {
+                out.WriteRecord(CommaRecord().Whole(0));
+            }
+            for (int q = 1; q <= nL; ++q) {
+                out.WriteRecord(CommaRecord().Number(VL(r, q)));
+            }
+        }
+        out.Close();
+    }
+    view.Working();
+    std::error_code error;
+    std::filesystem::copy_file(module.DataFile("WALDTN.TMP"), module.DataFile("WALDT.TMP"),
+                               std::filesystem::copy_options::overwrite_existing, error);
+    if (error) {
+        Raise(PathFileAccessError);
+    }
+}
+
+} // namespace lorvane

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+
+#include "frame/Int16.h"
+#include "numeric/Matrix.h"
+
+namespace lorvane {
+
+class EstimationView;
+struct Workspace;
+
+// The step of the central differences of the scores.
+inline constexpr double ScoreStep = 0.0001;
+
+// The number of free elements of a lower triangular k by k matrix, (k^2 + k) / 2.
+Int16 FreeElementCount(int k);
+
+// The log-likelihood of observation t without its constant: with Sigma = LL',
+// -0.5 u(t)' Sigma^-1 u(t) - 0.5 ln det Sigma. Flag 1 (and 0 returned) when the inversion of
+// Sigma fails or its determinant is not positive.
+double ObservationLogLikelihood(int t, const Matrix& L, const Matrix& u, Int16 k, Int16& flag);
+
+// The residuals of U.TMP, u(t, i) for t = 1..T.
+Matrix ReadResiduals(const Workspace& workspace, int T);
+
+// What the variance computation of L ends in.
+enum class VarianceOfL { Done, LSingular, ScoresSingular };
+
+// The variance matrix VL of the square root of T times the error of the free elements of L
+// (numbered row by row over the lower triangle): the inverse of the average outer product of
+// the observations' numerical scores.
+VarianceOfL ComputeVarianceOfL(EstimationView& view, Matrix L, const Matrix& u, double T,
+                               Matrix& VL);
+
+// The concentrated log-likelihood T (-ln P - k/2 - (k/2) ln 2 pi), P the product of the
+// diagonal of L.
+double ConcentratedLogLikelihood(const Matrix& L, double T);
+
+// The report of L with the t-values and p-values of its free elements, their notes and the
+// log-likelihood.
+std::string LReportText(const Matrix& L, const Matrix& VL, double T);
+
+// Writes WALDTN.TMP: WALDT.TMP extended by the free elements of L and their variance, with zero
+// covariance against the coefficients; then copies it over WALDT.TMP.
+void ExtendWaldFile(EstimationView& view, const Matrix& L, const Matrix& VL, double T);
+
+} // namespace lorvane

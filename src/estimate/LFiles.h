@@ -1,0 +1,21 @@
+#pragma once
+
+#include "numeric/Matrix.h"
+
+namespace lorvane {
+
+class EstimationView;
+struct Workspace;
+
+// Appends "= LL', where L =" and the rows of L (the lower triangle in "0.00000E+000", zeros
+// above it), which continue the printed error variance matrix, and writes VARL.TMP (k, then L
+// row by row) and VARLPAT.TMP (its lower triangular pattern).
+void WriteLFiles(EstimationView& view, const Matrix& L, int k);
+
+// L from VARL.TMP.
+Matrix ReadLFile(const Workspace& workspace);
+
+// The largest absolute difference between the elements of two k by k matrices.
+double LargestDifference(const Matrix& a, const Matrix& b);
+
+} // namespace lorvane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace lorvane {
+
+struct Workspace;
+
+// The words of ROUTE.TMP, which tells later screens which estimates are in force.
+inline constexpr std::string_view RouteOlsSur = "NSVARSUR";
+inline constexpr std::string_view RouteMaximumLikelihood = "NSVARML";
+
+// ROUTE.TMP: one record, the route word in double quotes.
+void WriteRoute(const Workspace& workspace, std::string_view word);
+// The word of ROUTE.TMP, trimmed and in upper case.
+std::string ReadRoute(const Workspace& workspace);
+
+} // namespace lorvane

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "frame/Int16.h"
+#include "frame/Screen.h"
+
+namespace lorvane {
+
+class EstimationView;
+
+// The estimation screen: OLS first, then SUR rounds while zeros restrict the VAR, then the
+// variance of L by FIML; the order is kept by enabling the buttons. Continue logs the results
+// and goes on to the joint tests.
+class VARSUR : public Screen {
+public:
+    explicit VARSUR(Module& module);
+
+    void Load() override;
+    void Activate() override;
+    void Click(Control& control) override;
+
+private:
+    void RunOLS();
+    void RunSUR();
+    void RunFIML();
+    void Continue();
+
+    // k, K, Zeros and T as the hidden boxes hold them.
+    Int16 Equations() const;
+    Int16 Coefficients() const;
+    Int16 Zeros() const;
+    double Observations() const;
+
+    EstimationView View();
+    // The common reaction to a singular system: the status and the results say so.
+    void ReactToSingularity();
+    // A SUR round that failed: OLS (or the last good round) stays in force, FIML may follow.
+    void EndIncompleteSUR();
+    void EndFailedFIML(const std::string& message);
+
+    // The SUR rounds reported so far.
+    Int16 round_;
+};
+
+} // namespace lorvane

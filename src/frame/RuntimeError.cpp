@@ -1,0 +1,76 @@
+#include "frame/RuntimeError.h"
+
+#include <cmath>
+
+namespace lorvane {
+
+namespace {
+
+std::string StandardDescription(int number) {
+    switch (number) {
+    case InvalidProcedureCall:
+        return "Invalid procedure call or argument";
+    case Overflow:
+        return "Overflow";
+    case SubscriptOutOfRange:
+        return "Subscript out of range";
+    case DivisionByZero:
+        return "Division by zero";
+    case TypeMismatch:
+        return "Type mismatch";
+    case FileNotFound:
+        return "File not found";
+    case InputPastEndOfFile:
+        return "Input past end of file";
+    case PathFileAccessError:
+        return "Path/File access error";
+    default:
+        return "Application-defined or object-defined error";
+    }
+}
+
+} // namespace
+
+RuntimeError::RuntimeError(int number, std::string description)
+    : std::runtime_error("Run-time error " + std::to_string(number) + ": " + description),
+      number_(number), description_(std::move(description)) {}
+
+RuntimeError RuntimeError::Of(int number) { return RuntimeError(number, StandardDescription(number)); }
+
+std::string RuntimeError::MessageText() const {
+    return "Run-time error '" + std::to_string(number_) + "':\r\n\r\n" + description_;
+}
+
+void Raise(int number) { throw RuntimeError::Of(number); }
+
+double CheckedFinite(double x) {
+    if (!std::isfinite(x)) {
+        Raise(Overflow);
+    }
+    return x;
+}
+
+double CheckedDivide(double numerator, double denominator) {
+    if (denominator == 0.0) {
+        Raise(numerator == 0.0 ? Overflow : DivisionByZero);
+    }
+    return CheckedFinite(numerator / denominator);
+}
+
+double CheckedSqrt(double x) {
+    if (x < 0.0) {
+        Raise(InvalidProcedureCall);
+    }
+    return std::sqrt(x);
+}
+
+double CheckedLog(double x) {
+    if (!(x > 0.0)) {
+        Raise(InvalidProcedureCall);
+    }
+    return std::log(x);
+}
+
+double CheckedExp(double x) { return CheckedFinite(std::exp(x)); }
+
+} // namespace lorvane

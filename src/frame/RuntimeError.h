@@ -1,0 +1,46 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace lorvane {
+
+// A run-time error with the classic numbers. Uncaught at the end of a user action it ends the
+// module with "Run-time error 'N':" and its description.
+class RuntimeError : public std::runtime_error {
+public:
+    RuntimeError(int number, std::string description);
+
+    // The error with its standard description (5, 6, 9, 11, 13, 53, 62, 75).
+    static RuntimeError Of(int number);
+
+    int Number() const { return number_; }
+    const std::string& Description() const { return description_; }
+
+    // "Run-time error 'N':" + CR LF + CR LF + description, as the platform shows it.
+    std::string MessageText() const;
+
+private:
+    int number_;
+    std::string description_;
+};
+
+inline constexpr int InvalidProcedureCall = 5;
+inline constexpr int Overflow = 6;
+inline constexpr int SubscriptOutOfRange = 9;
+inline constexpr int DivisionByZero = 11;
+inline constexpr int TypeMismatch = 13;
+inline constexpr int FileNotFound = 53;
+inline constexpr int InputPastEndOfFile = 62;
+inline constexpr int PathFileAccessError = 75;
+
+[[noreturn]] void Raise(int number);
+
+// Checked floating-point helpers: they raise the classic error where the classic runtime would.
+double CheckedDivide(double numerator, double denominator); // 11, or 6 for 0/0 and overflow
+double CheckedSqrt(double x);                               // 5 for x < 0
+double CheckedLog(double x);                                // 5 for x <= 0
+double CheckedExp(double x);                                // 6 when the result overflows
+double CheckedFinite(double x);                             // 6 for an infinite or NaN value
+
+} // namespace lorvane

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <string_view>
+
+#include "frame/Control.h"
+
+namespace lorvane {
+
+class Module;
+
+// One screen of the chain as a logic object: its controls as plain state and its event
+// handlers. A screen is created when it is loaded and destroyed when it is unloaded, so a
+// screen reached a second time starts afresh. It knows the next screen only by name.
+class Screen {
+public:
+    Screen(Module& module, std::string name, std::string caption, double width = 9600, double height = 7200);
+    virtual ~Screen() = default;
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    const std::string& Name() const { return name_; }
+    // Tells this loading of the screen from every other one, even when a new screen object
+    // takes the place in memory of one that was unloaded.
+    long long Serial() const { return serial_; }
+
+    // The control of that name; a name the screen does not have is a programming error
+    // (run-time error 9).
+    Control& operator()(std::string_view controlName);
+    const Control& operator()(std::string_view controlName) const;
+    Control* Find(std::string_view controlName);
+    // Whether the user can see the control: it and the frame it sits in are visible.
+    bool IsShown(const Control& control) const;
+    std::deque<Control>& Controls() { return controls_; }
+    const std::deque<Control>& Controls() const { return controls_; }
+
+    // Events. Load runs once when the screen is created, Activate each time it becomes the
+    // active screen (the module counts activations in ActivateCount), Unload before it goes.
+    virtual void Load() {}
+    virtual void Activate() {}
+    virtual void Unload() {}
+    virtual void Click(Control&) {}
+    virtual void DoubleClick(Control&, int /*item*/) {}
+    virtual void Change(Control&) {}
+    virtual void MouseMove(Control&, double /*x*/, double /*y*/) {}
+    virtual void PictureDoubleClick(Control&) {}
+    virtual void Tick(Control&) {}
+
+    std::string Caption;
+    bool Visible = false;
+    double Left = 0;
+    double Top = 0;
+    double Width;
+    double Height;
+
+protected:
+    Control& Add(ControlKind kind, std::string name, std::string caption, double left, double top, double width,
+                 double height);
+    // A control inside a frame; the geometry is the screen's.
+    Control& AddIn(const std::string& frame, ControlKind kind, std::string name, std::string caption, double left,
+                   double top, double width, double height);
+
+    Module& module;
+
+private:
+    friend class Module;
+
+    std::string name_;
+    long long serial_ = 0;
+    std::deque<Control> controls_;
+};
+
+} // namespace lorvane

@@ -1,0 +1,70 @@
+#include "frame/ScreenTable.h"
+
+#include <array>
+#include <functional>
+#include <map>
+
+#include "data/SELOBS.h"
+#include "data/SELSS1.h"
+#include "data/SelVar1.h"
+#include "data/SelvarYInfo.h"
+#include "estimate/VARSUR.h"
+#include "estimate/VWaldT2.h"
+#include "frame/NumberText.h"
+#include "innovation/VARDECOMP.h"
+#include "innovation/VARIR2.h"
+#include "specify/ChebishevPol.h"
+#include "specify/VAR2.h"
+#include "specify/VAR3.h"
+#include "specify/VARDetermin.h"
+#include "structural/VARSTR1.h"
+#include "structural/VARSTR2.h"
+#include "frame/Screen.h"
+
+namespace lorvane {
+
+namespace {
+
+using Factory = std::function<std::unique_ptr<Screen>(Module&)>;
+
+template <typename S>
+Factory Make() {
+    return [](Module& module) { return std::make_unique<S>(module); };
+}
+
+constexpr std::array<std::string_view, 23> Names = {
+    "APICPRN",  "CHEBISHEVPOL", "GUIDEDTOUR", "MYINPUTBOXFRM", "MYMESSAGEBOXFRM", "SELOBS",  "SELSS1",   "SELVAR1",
+    "SELVARYINFO", "VAR2",      "VAR3",       "VARDECOMP",     "VARDETERMIN",     "VARIR2",  "VARSTR1",  "VARSTR2",
+    "VARSUR",   "VBERNANKE1",   "VBERNANKE2", "VBERNANKE3",    "VIRPLOT2",        "VWALDT2", "VWALDT3"};
+
+const std::map<std::string, Factory, std::less<>>& Factories() {
+    static const std::map<std::string, Factory, std::less<>> factories = {
+        {"CHEBISHEVPOL", Make<ChebishevPol>()},
+        {"SELOBS", Make<SELOBS>()},
+        {"SELSS1", Make<SELSS1>()},
+        {"SELVAR1", Make<SelVar1>()},
+        {"SELVARYINFO", Make<SelvarYInfo>()},
+        {"VAR2", Make<VAR2>()},
+        {"VAR3", Make<VAR3>()},
+        {"VARDETERMIN", Make<VARDetermin>()},
+        {"VARDECOMP", Make<VARDECOMP>()},
+        {"VARIR2", Make<VARIR2>()},
+        {"VARSTR1", Make<VARSTR1>()},
+        {"VARSTR2", Make<VARSTR2>()},
+        {"VARSUR", Make<VARSUR>()},
+        {"VWALDT2", Make<VWaldT2>()},
+    };
+    return factories;
+}
+
+} // namespace
+
+std::unique_ptr<Screen> CreateScreen(Module& module, std::string_view name) {
+    const auto& factories = Factories();
+    const auto found = factories.find(UpperCase(name));
+    return found == factories.end() ? nullptr : found->second(module);
+}
+
+std::vector<std::string_view> ScreenNames() { return {Names.begin(), Names.end()}; }
+
+} // namespace lorvane

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+#include <istream>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace lorvane {
+
+class Module;
+class ScriptedDialogs;
+
+// Runs a script of user actions against the module, headless. The lines are checked first;
+// then the module starts (after any answers queued by the leading lines) and the lines run in
+// order. Each message box is echoed by the dialogs as "[box] TITLE | TEXT -> ANSWER".
+class ScriptDriver {
+public:
+    enum ExitCode { Done = 0, ExpectFailed = 1, BadLine = 2, NoAnswer = 3, RunTimeError = 4 };
+
+    // start runs the module's start-up; screenshot, when given, renders what the frame shows into
+    // a PNG file (the "screenshot FILE" line).
+    ScriptDriver(Module& module, ScriptedDialogs& dialogs, std::ostream& out, std::ostream& errors,
+                 std::function<void()> start, std::function<bool(const std::string&)> screenshot = {});
+
+    void SetTrace(bool trace) { trace_ = trace; }
+    int Run(std::istream& script);
+
+    struct Line {
+        int number = 0;
+        std::string text;
+        std::vector<std::string> words;
+        std::vector<bool> quoted;
+    };
+
+private:
+    int Perform(const Line& line);
+    int Fail(int code, const Line& line, const std::string& message);
+    void EnsureStarted();
+
+    Module& module_;
+    ScriptedDialogs& dialogs_;
+    std::ostream& out_;
+    std::ostream& errors_;
+    std::function<void()> start_;
+    std::function<bool(const std::string&)> screenshot_;
+    bool trace_ = false;
+    bool started_ = false;
+};
+
+} // namespace lorvane

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/Int16.h"
+
+namespace lorvane {
+
+// One record of the comma form: texts in double quotes, numbers unquoted without a leading
+// blank, doubles in the shortest text that reads back to the same double.
+class CommaRecord {
+public:
+    CommaRecord& Text(std::string_view text);
+    CommaRecord& Number(double value);
+    CommaRecord& Whole(long long value);
+    const std::string& Line() const { return line_; }
+
+private:
+    void Separate();
+    std::string line_;
+    bool empty_ = true;
+};
+
+// A text file opened for output or appending; every line ends in CR LF. The file is closed
+// when the object goes. Opening fails with run-time error 75.
+class TextOutput {
+public:
+    enum class Mode { Output, Append };
+    TextOutput(const std::filesystem::path& file, Mode mode);
+
+    void PrintLine(std::string_view text);            // print form
+    void WriteRecord(const CommaRecord& record);      // comma form
+    void Close();
+
+private:
+    std::ofstream stream_;
+    std::filesystem::path file_;
+};
+
+// A text file read from its start. Opening a missing file is run-time error 53; reading
+// beyond its end is error 62. Lines may end in CR LF or LF.
+class TextInput {
+public:
+    explicit TextInput(const std::filesystem::path& file);
+
+    bool AtEnd() const;
+    std::string ReadLine();
+    // The next comma-form field; line ends separate fields as commas do.
+    std::string ReadField();
+    double ReadNumber();   // error 13 when the field is not a number; an empty field is 0
+    Int16 ReadWhole();     // a number rounded half to even into 16 bits
+
+private:
+    std::string content_;
+    std::size_t position_ = 0;
+};
+
+// Shortest text of a double that reads back to the same double ("0.1", "-2.5e-07").
+std::string ShortestText(double value);
+
+// Reads a whole text file into lines; at most maxLines lines.
+std::vector<std::string> ReadLines(const std::filesystem::path& file,
+                                   std::size_t maxLines = static_cast<std::size_t>(-1));
+
+// 1 when the file opens for reading and one line can be read from it, else 0.
+Int16 FileExists(const std::filesystem::path& file);
+
+} // namespace lorvane

@@ -1,0 +1,148 @@
+#include "innovation/InnovationModel.h"
+
+#include "frame/TextFile.h"
+#include "frame/Workspace.h"
+
+namespace lorvane {
+
+int Pattern::Ones() const {
+    int ones = 0;
+    for (const Int16 cell : cells_) {
+        ones += cell == 1 ? 1 : 0;
+    }
+    return ones;
+}
+
+std::size_t Pattern::Offset(int i, int j) const {
+    if (i < 1 || i > n_ || j < 1 || j > n_) {
+        Raise(SubscriptOutOfRange);
+    }
+    return static_cast<std::size_t>(i - 1) * static_cast<std::size_t>(n_) +
+           static_cast<std::size_t>(j - 1);
+}
+
+Pattern ReadPattern(const std::filesystem::path& file, int n) {
+    Pattern pattern(n);
+    TextInput input(file);
+    for (int i = 1; i <= n; ++i) {
+        for (int j = 1; j <= n; ++j) {
+            pattern(i, j) = input.ReadWhole();
+        }
+    }
+    return pattern;
+}
+
+bool IsStructuralPattern(const Pattern& lPattern) {
+    for (int i = 1; i <= lPattern.Size(); ++i) {
+        for (int j = i + 1; j <= lPattern.Size(); ++j) {
+            if (lPattern(i, j) == 1) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+int DeterministicTermCount(const DeterministicSwitches& switches) {
+    int d = 0;
+    if (switches.Intercept == 1) {
+        d = 1;
+    }
+    if (switches.Trend == 1) {
+        d = 2;
+    }
+    if (switches.Seasonal == 1) {
+        d += switches.PeriodsPerYear;
+        if (switches.Intercept == 1 || switches.Trend == 1) {
+            d -= 1;
+        }
+    }
+    return d + switches.ChebishevColumns;
+}
+
+InnovationModel ReadInnovationModel(const Workspace& workspace, int n, int p, double T, int d,
+                                    const std::function<void()>& rowDone) {
+    auto done = [&rowDone] {
+        if (rowDone) {
+            rowDone();
+        }
+    };
+    InnovationModel model;
+    model.n = n;
+    model.p = p;
+    model.T = T;
+    model.Z = ReadPattern(workspace.DataFile("VARZERO.TMP"), n);
+    model.NA = p * model.Z.Ones();
+
+    TextInput input(workspace.DataFile("WALDT.TMP"));
+    input.ReadNumber(); // T of the estimation; the sample gives it here
+    const Int16 names = input.ReadWhole();
+    for (int c = 1; c <= names; ++c) {
+        input.ReadLine();
+    }
+
+    // The parameter vector: per equation the free lag coefficients, then its d deterministic
+    // coefficients. isLag marks the positions that belong to Theta.
+    model.Theta.Resize(model.NA);
+    std::vector<bool> isLag;
+    int a = 0;
+    for (int i = 1; i <= n; ++i) {
+        for (int k = 1; k <= p; ++k) {
+            for (int j = 1; j <= n; ++j) {
+                if (model.Z(i, j) == 1) {
+                    model.Theta(++a) = input.ReadNumber();
+                    isLag.push_back(true);
+                }
+            }
+        }
+        for (int c = 1; c <= d; ++c) {
+            input.ReadNumber();
+            isLag.push_back(false);
+        }
+        done();
+    }
+
+    model.LPattern = ReadPattern(workspace.DataFile("VARLPAT.TMP"), n);
+    model.L.Resize(n, n);
+    for (int i = 1; i <= n; ++i) {
+        for (int j = 1; j <= n; ++j) {
+            if (model.LPattern(i, j) == 1) {
+                model.L(i, j) = input.ReadNumber();
+            }
+        }
+        done();
+    }
+    model.NL = model.LPattern.Ones();
+
+    model.VA.Resize(model.NA, model.NA);
+    int r = 0;
+    for (const bool rowIsLag : isLag) {
+        r += rowIsLag ? 1 : 0;
+        int c = 0;
+        for (const bool columnIsLag : isLag) {
+            c += columnIsLag ? 1 : 0;
+            const double value = input.ReadNumber();
+            if (rowIsLag && columnIsLag) {
+                model.VA(r, c) = value;
+            }
+        }
+        for (int l = 1; l <= model.NL; ++l) {
+            input.ReadNumber();
+        }
+        done();
+    }
+
+    model.VL.Resize(model.NL, model.NL);
+    for (int row = 1; row <= model.NL; ++row) {
+        for (std::size_t c = 0; c < isLag.size(); ++c) {
+            input.ReadNumber();
+        }
+        for (int column = 1; column <= model.NL; ++column) {
+            model.VL(row, column) = input.ReadNumber();
+        }
+        done();
+    }
+    return model;
+}
+
+} // namespace lorvane

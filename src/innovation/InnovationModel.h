@@ -1,0 +1,82 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+#include "frame/Int16.h"
+#include "numeric/Matrix.h"
+
+namespace lorvane {
+
+struct Workspace;
+
+// An n by n pattern of 0/1 flags with subscripts from 1, stored row by row.
+class Pattern {
+public:
+    Pattern() = default;
+    explicit Pattern(int n)
+        : n_(n), cells_(static_cast<std::size_t>(n) * static_cast<std::size_t>(n)) {}
+
+    int Size() const { return n_; }
+    Int16& operator()(int i, int j) { return cells_[Offset(i, j)]; }
+    Int16 operator()(int i, int j) const { return cells_[Offset(i, j)]; }
+    // The number of ones.
+    int Ones() const;
+
+private:
+    std::size_t Offset(int i, int j) const;
+
+    int n_ = 0;
+    std::vector<Int16> cells_;
+};
+
+// n * n flags, one a line, row by row (VARZERO.TMP, VARLPAT.TMP).
+Pattern ReadPattern(const std::filesystem::path& file, int n);
+
+// Whether a pattern of the impact matrix belongs to a structural model: a free element above
+// the diagonal.
+bool IsStructuralPattern(const Pattern& lPattern);
+
+// The switches of d(t) that decide how many deterministic coefficients each equation has.
+struct DeterministicSwitches {
+    int Intercept = 0;
+    int Trend = 0;
+    int Seasonal = 0;
+    int PeriodsPerYear = 0;
+    // The number of Chebishev columns in d(t), 0 when they are off.
+    int ChebishevColumns = 0;
+};
+
+// The number of deterministic coefficients per equation: 1 for the intercept, 2 when the trend
+// is in (with the intercept that always goes with it), the seasonal dummies (one fewer beside
+// an intercept or trend) and the Chebishev columns.
+int DeterministicTermCount(const DeterministicSwitches& switches);
+
+// The estimated VAR as the innovation analysis needs it. Lag matrices A(k), k = 1..p, come
+// from the free lag coefficients Theta, ordered equation i outer, lag k, variable j inner,
+// over the places where Z(i, j) = 1. L is the impact matrix, nonzero where LPattern is 1.
+// VA and VL are the variance matrices of the square root of T times the estimation error of
+// Theta and of the free elements of L (counted row by row over LPattern).
+struct InnovationModel {
+    int n = 0;
+    int p = 0;
+    double T = 0;
+    Pattern Z;
+    Pattern LPattern;
+    Int16 NA;
+    Int16 NL;
+    Vector Theta;
+    Matrix L;
+    Matrix VA;
+    Matrix VL;
+};
+
+// Reads the model of the innovation analysis: Z from VARZERO.TMP, the parameters and their
+// variance from WALDT.TMP, the pattern of L from VARLPAT.TMP. d is the number of
+// deterministic coefficients per equation; they and the covariances between the lag block
+// and the L block are read past. rowDone runs after each row read of the parameter file.
+InnovationModel ReadInnovationModel(const Workspace& workspace, int n, int p, double T, int d,
+                                    const std::function<void()>& rowDone = {});
+
+} // namespace lorvane

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+
+#include "frame/Int16.h"
+#include "numeric/Matrix.h"
+
+namespace lorvane {
+
+class Boxes;
+
+// What the residual check of an inversion found: the largest deviation of Matrix * Inverse from
+// the identity, computed in decimal. It is information only; the flag never depends on it.
+struct InversionResidual {
+    double largestDeviation = 0.0;
+    bool poor = false; // the deviation exceeds 0.001
+};
+
+// Inverts the top left Size by Size block of `matrix` (Size is rounded to a whole number) in
+// 96-bit decimal arithmetic, with the determinant as a by-product. A lower row whose element
+// beats the diagonal by more than a factor 100 is added to (or subtracted from) the pivot row
+// instead of interchanging rows. Flag 1 and Determinant 0 tell a pivot below 1E-10, and then
+// `inverse` is left as it was; otherwise Flag is 0. Every decimal statement that overflows is
+// skipped and the inversion goes on. A 1 by 1 matrix is inverted in doubles and keeps the
+// determinant 1. `inverse` is enlarged to Size by Size when it is smaller. A `matrix` smaller
+// than Size raises error 9.
+void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, double size,
+                  Int16& flag, InversionResidual* residual = nullptr);
+
+// Crout's LDU decomposition in place, without pivoting: afterwards `matrix` holds the unit lower
+// triangle below the diagonal, the pivots on it and the unit upper triangle above it. Flag 1
+// tells a pivot of exactly 0, at which the decomposition stops.
+void CroutDecompose(Matrix& matrix, double size, Int16& flag);
+
+// The lower triangular factor L with L * L' = `matrix` for a symmetric positive definite matrix.
+// A zero pivot shows "LL decomposition of a symmetric matrix failed due to near-singularity" in
+// an error box titled `title` and gives Flag 1; a negative pivot raises error 5 from the square
+// root. `factor` is enlarged to Size by Size when it is smaller.
+void LLDecomposition(const Matrix& matrix, Matrix& factor, Int16 size, Int16& flag, Boxes& boxes,
+                     const std::string& title);
+
+} // namespace lorvane

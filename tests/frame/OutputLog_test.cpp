@@ -1,0 +1,90 @@
+#include <gtest/gtest.h>
+
+#include "frame/DateText.h"
+#include "frame/OutputLog.h"
+#include "support/TestModule.h"
+
+using namespace lorvane;
+using lorvane::test::ReadFile;
+using lorvane::test::TestModule;
+using lorvane::test::WriteFile;
+
+namespace {
+
+const std::string Rule = "----------------------------------------------";
+const std::string Header = "Lorvane International\r\n"
+                           "Session date: Sunday November 22, 2026\r\n"
+                           "Session time: 19:36:05\r\n" +
+                           Rule + "\r\n";
+
+} // namespace
+
+TEST(OpenLogSession, HeaderWithoutLeadingRuleForAMissingOrEmptyLog) {
+    TestModule test;
+    const auto log = test.module().DataFile("OUTPUT.TXT");
+    OpenLogSession(test.module(), test.clock());
+    EXPECT_EQ(ReadFile(log), Header);
+
+    TestModule empty;
+    WriteFile(empty.module().DataFile("OUTPUT.TXT"), "");
+    OpenLogSession(empty.module(), empty.clock());
+    EXPECT_EQ(ReadFile(empty.module().DataFile("OUTPUT.TXT")), Header);
+}
+
+TEST(OpenLogSession, NonEmptyLogGetsEmptyLineAndRuleFirst) {
+    TestModule test;
+    const auto log = test.module().DataFile("OUTPUT.TXT");
+    WriteFile(log, "earlier results\r\n");
+    OpenLogSession(test.module(), test.clock());
+    EXPECT_EQ(ReadFile(log), "earlier results\r\n\r\n" + Rule + "\r\n" + Header);
+
+    // A log holding only an empty line counts as non-empty.
+    TestModule blank;
+    WriteFile(blank.module().DataFile("OUTPUT.TXT"), "\r\n");
+    OpenLogSession(blank.module(), blank.clock());
+    EXPECT_EQ(ReadFile(blank.module().DataFile("OUTPUT.TXT")), "\r\n\r\n" + Rule + "\r\n" + Header);
+}
+
+TEST(OpenLogSession, BuildDateInTheTitleOnlyWhenValid) {
+    TestModule test;
+    const auto log = test.module().DataFile("OUTPUT.TXT");
+    WriteFile(test.module().StartFolder / "COMPDATE.TXT", "1999,3,5\r\n");
+    OpenLogSession(test.module(), test.clock());
+    EXPECT_EQ(ReadFile(log).substr(0, 47), "Lorvane International [March 5, 1999]\r\nSession ");
+
+    WriteFile(test.module().StartFolder / "COMPDATE.TXT", "1999\r\n13\r\n5\r\n");
+    EXPECT_EQ(CompileDateText(test.module()), "");
+    WriteFile(test.module().StartFolder / "COMPDATE.TXT", "1999,3\r\n");
+    EXPECT_EQ(CompileDateText(test.module()), "");
+    std::filesystem::remove(test.module().StartFolder / "COMPDATE.TXT");
+    EXPECT_EQ(CompileDateText(test.module()), "");
+}
+
+TEST(OpenLogSession, SilentWhenTheLogCannotBeWritten) {
+    TestModule test;
+    std::filesystem::create_directory(test.module().DataFile("OUTPUT.TXT"));
+    EXPECT_NO_THROW(OpenLogSession(test.module(), test.clock()));
+    test.module().DataFolder = test.Root() / "gone";
+    EXPECT_NO_THROW(OpenLogSession(test.module(), test.clock()));
+    EXPECT_FALSE(std::filesystem::exists(test.Root() / "gone"));
+}
+
+TEST(AppendToLog, AppendsWholeLinesAndNeverRewrites) {
+    TestModule test;
+    const auto log = test.module().DataFile("OUTPUT.TXT");
+    WriteFile(log, "kept\r\n");
+    AppendToLog(test.module(), "first\r\nsecond");
+    AppendToLog(test.module(), "");
+    EXPECT_EQ(ReadFile(log), "kept\r\nfirst\r\nsecond\r\n\r\n");
+}
+
+TEST(DateText, WeekdayMonthDayYear) {
+    EXPECT_EQ(DateText(2026, 11, 22), "Sunday November 22, 2026");
+    EXPECT_EQ(DateText(1999, 3, 5), "Friday March 5, 1999");
+    EXPECT_EQ(DateText(2000, 2, 29), "Tuesday February 29, 2000");
+    EXPECT_EQ(DateText(1900, 1, 1), "Monday January 1, 1900");
+    // A date that cannot be formed keeps month, day and year.
+    EXPECT_EQ(DateText(2001, 2, 29), "February 29, 2001");
+    EXPECT_EQ(ClockTimeText(0), "00:00:00");
+    EXPECT_EQ(ClockTimeText(86399.9), "23:59:59");
+}

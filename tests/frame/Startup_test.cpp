@@ -1,0 +1,240 @@
+#include <gtest/gtest.h>
+
+#include "frame/DrivePaths.h"
+#include "frame/ModuleEnded.h"
+#include "frame/Startup.h"
+#include "support/TestModule.h"
+#include "support/TestScreens.h"
+
+using namespace lorvane;
+using lorvane::test::ProbeTable;
+using lorvane::test::ReadFile;
+using lorvane::test::TestModule;
+using lorvane::test::WriteFile;
+
+TEST(StartFolder, DriveLetterRules) {
+    auto choose = [](std::string exe, std::optional<std::string> line) {
+        return ChooseStartFolder(exe, std::move(line), PathStyle::Windows);
+    };
+    StartFolderChoice plain = choose("C:\\LORVANE\\", std::nullopt);
+    EXPECT_EQ(plain.Folder, "C:\\LORVANE");
+    EXPECT_EQ(plain.Drive, "C:");
+    EXPECT_EQ(plain.TestRun, 0);
+
+    // Another drive letter is replaced by the module's own before the comparison.
+    StartFolderChoice same = choose("C:\\LORVANE", "\"D:\\lorvane\"");
+    EXPECT_EQ(same.Folder, "C:\\LORVANE");
+    EXPECT_EQ(same.TestRun, 0);
+
+    StartFolderChoice rooted = choose("E:\\Build\\Debug", "\\LORVANE");
+    EXPECT_EQ(rooted.Folder, "E:\\LORVANE");
+    EXPECT_EQ(rooted.Drive, "E:");
+    EXPECT_EQ(rooted.TestRun, 1);
+
+    StartFolderChoice other = choose("C:\\LORVANE", "  \"F:\\Program Files\\Lorvane\"  ");
+    EXPECT_EQ(other.Folder, "C:\\Program Files\\Lorvane");
+    EXPECT_EQ(other.TestRun, 1);
+
+    EXPECT_EQ(choose("C:\\LORVANE", "nonsense").Folder, "C:\\LORVANE");
+}
+
+TEST(StartFolder, PosixMapping) {
+    auto choose = [](std::string exe, std::optional<std::string> line) {
+        return ChooseStartFolder(exe, std::move(line), PathStyle::Posix);
+    };
+    EXPECT_EQ(choose("/opt/lorvane/", std::nullopt).Folder, "/opt/lorvane");
+    EXPECT_EQ(choose("/opt/lorvane", std::nullopt).Drive, "");
+    StartFolderChoice full = choose("/home/me/build", "/opt/lorvane");
+    EXPECT_EQ(full.Folder, "/opt/lorvane");
+    EXPECT_EQ(full.TestRun, 1);
+    EXPECT_EQ(choose("/opt/lorvane", "\"/opt/lorvane\"").TestRun, 0);
+    EXPECT_EQ(choose("/x", "C:\\Lorvane\\Sys").Folder, "/Lorvane/Sys");
+}
+
+TEST(StartFolder, QuotesAndDrives) {
+    EXPECT_EQ(StripQuotes("  \"\"C:\\A B\"  ", 0), "C:\\A B");
+    EXPECT_EQ(StripQuotes("C:\\A B", 1), "\"C:\\A B\"");
+    EXPECT_EQ(StripQuotes("\"\"", 0), "");
+    EXPECT_EQ(DriveOf("D:\\DATA"), "d:");
+    EXPECT_EQ(DriveOf("\\DATA"), "");
+    EXPECT_EQ(DriveOf("/home"), "");
+    EXPECT_TRUE(NamesAFolder("C:\\X", PathStyle::Windows));
+    EXPECT_FALSE(NamesAFolder("\\X", PathStyle::Windows));
+    EXPECT_TRUE(NamesAFolder("/x", PathStyle::Posix));
+    EXPECT_EQ(WithTrailingSeparator("C:\\X", PathStyle::Windows), "C:\\X\\");
+    EXPECT_EQ(WithTrailingSeparator("/x/", PathStyle::Posix), "/x/");
+}
+
+namespace {
+
+class StartupTest : public ::testing::Test {
+protected:
+    StartupTest() { module().UseScreenTable(ProbeTable({"SelVar1"})); }
+    Module& module() { return test.module(); }
+    std::filesystem::path Exe() const { return test.Root() / "start"; }
+    std::filesystem::path Work() const { return test.Root() / "work"; }
+    void Start(const std::string& commandLine) {
+        module().Run([&] { ModuleEntry(module(), commandLine, Exe()); });
+    }
+
+    TestModule test;
+};
+
+} // namespace
+
+TEST_F(StartupTest, GivenWorkFolderBecomesTheDataFolder) {
+    WriteFile(Work() / "Global.var", "5,6\r\n7\r\n");
+    Start("  " + Work().string() + "  ");
+    ASSERT_FALSE(module().Ended());
+    EXPECT_EQ(module().WorkFolder, Work());
+    EXPECT_EQ(module().WorkFolderGiven, 1);
+    EXPECT_EQ(module().TestRun, 0);
+    EXPECT_EQ(module().DataFolder.string(), Work().string() + "/");
+    EXPECT_EQ(module().Caption, "Lorvane International (Module VAR)");
+    EXPECT_EQ(module().ModuleCaption, module().Caption);
+    EXPECT_EQ(ReadFile(Work() / "STARTDIR"), "\"" + Work().string() + "\"\r\n");
+    EXPECT_EQ(ReadFile(Work() / "STARTDIR.TMP"), ReadFile(Work() / "STARTDIR"));
+    EXPECT_EQ(ReadFile(Work() / "ACTIVEMODULE.TXT"), "\"VAR\"\r\n");
+    EXPECT_EQ(module().CurrentScreen, "SelVar1");
+    EXPECT_EQ(module().TimerInterval, 2000);
+    EXPECT_EQ(module().GlobalOption[0], 5);
+    EXPECT_EQ(module().GlobalOption[2], 7);
+    EXPECT_EQ(module().GlobalOption[3], 0);
+    EXPECT_EQ(module().ScreenScale, 1);
+    EXPECT_EQ(module().FullSize, 0);
+    EXPECT_EQ(module().MinVars, 2);
+    EXPECT_EQ(module().MaxVars, -1);
+    EXPECT_EQ(module().ScreenAfterInfo, "VARDetermin");
+    EXPECT_EQ(module().Intercept, 1);
+    EXPECT_EQ(module().p, 1);
+}
+
+TEST_F(StartupTest, DefaultWorkFolderInAnotherCaseCountsAsDefault) {
+    const std::filesystem::path folded = Exe() / "temp";
+    Start(folded.string());
+    EXPECT_EQ(module().WorkFolderGiven, 0);
+    EXPECT_FALSE(module().Ended());
+}
+
+TEST_F(StartupTest, WithoutWorkFolderTheModuleWillNotRunAlone) {
+    test.dialogs().QueueAnswer("OK");
+    Start("");
+    EXPECT_TRUE(module().Ended());
+    EXPECT_FALSE(module().Failure());
+    EXPECT_EQ(module().WorkFolder, Exe() / "TEMP");
+    EXPECT_TRUE(std::filesystem::is_directory(Exe() / "TEMP"));
+    ASSERT_EQ(test.dialogs().Shown().size(), 1u);
+    EXPECT_EQ(test.dialogs().Shown()[0],
+              "[box] VAR.EXE | This program will not run stand alone! It runs only via the main program "
+              "(LORVANE.EXE). Please read the instructions on how to run Lorvane! You can find them on web page "
+              "\"https://lorvane.example/LORVANE.HTM\" or in Lorvane itself.  -> OK");
+    ASSERT_EQ(test.processes().Requests().size(), 1u);
+    EXPECT_EQ(test.processes().Requests()[0], "[start] " + (Exe() / "lorvane").string() + " " +
+                                                  (Exe() / "TEMP").string());
+    EXPECT_FALSE(std::filesystem::exists(Exe() / "TEMP" / "ACTIVEMODULE.TXT"));
+}
+
+TEST_F(StartupTest, StartDirNamingAGoneFolderIsWrittenAnew) {
+    WriteFile(Work() / "STARTDIR", "\"" + (test.Root() / "gone").string() + "\"\r\n");
+    Start(Work().string());
+    EXPECT_EQ(module().DataFolder.string(), Work().string() + "/");
+    EXPECT_EQ(ReadFile(Work() / "STARTDIR"), "\"" + Work().string() + "\"\r\n");
+    EXPECT_EQ(ReadFile(Work() / "STARTDIR.TMP"), ReadFile(Work() / "STARTDIR"));
+
+    // A folder that exists is kept, and STARTDIR is only copied.
+    TestModule second;
+    second.module().UseScreenTable(ProbeTable({"SelVar1"}));
+    const std::filesystem::path elsewhere = second.Root() / "elsewhere";
+    std::filesystem::create_directories(elsewhere);
+    const std::string record = "\"" + elsewhere.string() + "\"\r\n";
+    WriteFile(second.Root() / "work" / "STARTDIR", record);
+    second.module().Run([&] { ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start"); });
+    EXPECT_EQ(second.module().DataFolder.string(), elsewhere.string() + "/");
+    EXPECT_EQ(ReadFile(second.Root() / "work" / "STARTDIR.TMP"), record);
+}
+
+TEST_F(StartupTest, ARunningModuleStopsTheStartAndItsFileStays) {
+    WriteFile(Work() / "ACTIVEMODULE.TXT", "\"VAR\"\r\n");
+    test.dialogs().QueueAnswer("OK");
+    Start(Work().string());
+    EXPECT_TRUE(module().Ended());
+    EXPECT_EQ(test.dialogs().Shown()[0],
+              "[box] Error! | A previous instance of Lorvane module VAR is running! End it first. -> OK");
+    EXPECT_EQ(ReadFile(Work() / "ACTIVEMODULE.TXT"), "\"VAR\"\r\n");
+    EXPECT_TRUE(test.processes().Requests().empty());
+    EXPECT_EQ(module().CurrentScreen, "");
+
+    // An unreadable file is deleted and the start goes on.
+    TestModule second;
+    second.module().UseScreenTable(ProbeTable({"SelVar1"}));
+    WriteFile(second.Root() / "work" / "ACTIVEMODULE.TXT", "");
+    second.module().Run([&] { ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start"); });
+    EXPECT_FALSE(second.module().Ended());
+    EXPECT_EQ(second.module().CurrentScreen, "SelVar1");
+}
+
+TEST_F(StartupTest, ATestRunWritesNoActiveModuleAndStartsNothing) {
+    WriteFile(Exe() / "Lorvane.SYS", "\"" + (test.Root() / "package").string() + "\"\r\n");
+    WriteFile(Work() / "Global.var", "9,9,9,9\r\n");
+    Start(Work().string());
+    ASSERT_FALSE(module().Ended());
+    EXPECT_EQ(module().TestRun, 1);
+    EXPECT_EQ(module().StartFolder, test.Root() / "package");
+    EXPECT_EQ(module().Caption, "Lorvane International (Module VAR) [TEST RUN]");
+    EXPECT_FALSE(std::filesystem::exists(Work() / "ACTIVEMODULE.TXT"));
+    EXPECT_EQ(module().GlobalOption[0], 3);
+    EXPECT_EQ(module().GlobalOption[1], 9);
+    EXPECT_EQ(module().GlobalOption[2], 0);
+    for (int i = 4; i <= 23; ++i) {
+        EXPECT_EQ(module().GlobalOption[static_cast<std::size_t>(i - 1)], 1) << i;
+    }
+    module().Run([&] { module().ModuleEnd(); });
+    EXPECT_TRUE(test.processes().Requests().empty());
+}
+
+TEST_F(StartupTest, FullSizeAndFramePositionOnALargerScreen) {
+    test.screens().width = 19200;
+    test.screens().height = 14400;
+    Start(Work().string());
+    EXPECT_EQ(module().ScreenScale, 2);
+    EXPECT_EQ(module().FullSize, 0);
+    EXPECT_EQ(module().FrameLeft, 4800);
+    EXPECT_EQ(module().FrameTop, 3600);
+    EXPECT_EQ(ReadFile(Work() / "TOPLEFT.TXT"), "3600,4800\r\n");
+
+    TestModule second;
+    second.module().UseScreenTable(ProbeTable({"SelVar1"}));
+    second.screens().width = 19200;
+    second.screens().height = 14400;
+    WriteFile(second.Root() / "work" / "TOPLEFT.TXT", "\"120\",\"240\"\r\n");
+    WriteFile(second.Root() / "work" / "fullsize.txt", "1\r\n");
+    second.module().Run([&] { ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start"); });
+    EXPECT_EQ(second.module().FullSize, 1);
+    EXPECT_EQ(second.module().FrameState, WindowState::Maximised);
+    EXPECT_EQ(second.module().FrameTop, 0);
+    EXPECT_EQ(second.module().FrameWidth, 19200);
+
+    // A screen of exactly the design size never reads fullsize.txt.
+    TestModule third;
+    third.module().UseScreenTable(ProbeTable({"SelVar1"}));
+    WriteFile(third.Root() / "work" / "fullsize.txt", "1\r\n");
+    WriteFile(third.Root() / "work" / "TOPLEFT.TXT", "120,240\r\n");
+    third.module().Run([&] { ModuleEntry(third.module(), (third.Root() / "work").string(), third.Root() / "start"); });
+    EXPECT_EQ(third.module().FullSize, 0);
+    EXPECT_EQ(third.module().FrameTop, 120);
+    EXPECT_EQ(third.module().FrameLeft, 240);
+}
+
+TEST_F(StartupTest, MinimisingTheFrame) {
+    Start(Work().string());
+    test.screens().minimised = true;
+    FrameResize(module());
+    EXPECT_EQ(module().Caption, "LORVANE");
+    EXPECT_EQ(module().TimerInterval, 0);
+    test.screens().minimised = false;
+    module().FrameWidth = 5000;
+    FrameResize(module());
+    EXPECT_EQ(module().Caption, "Lorvane International (Module VAR)");
+    EXPECT_EQ(module().TimerInterval, 2000);
+    EXPECT_EQ(module().FrameWidth, 9600);
+}

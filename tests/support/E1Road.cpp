@@ -1,0 +1,36 @@
+#include "support/E1Road.h"
+
+#include "data/CsvImport.h"
+#include "frame/Startup.h"
+
+namespace lorvane::test {
+
+std::string E1Csv() { return ReadFile(std::filesystem::path(LORVANE_SHARED_DIR) / "data" / "e1.csv"); }
+
+void StartWith(TestModule& test, const std::string& csv) {
+    WriteDataFiles(ParseCsv(csv, {}), test.Root() / "work");
+    Module& module = test.module();
+    module.Run([&] { ModuleEntry(module, (test.Root() / "work").string(), test.Root() / "start"); });
+}
+
+void WalkToVARDetermin(TestModule& test) {
+    StartWith(test, E1Csv());
+    Module& module = test.module();
+    for (int item : {3, 4, 5}) {
+        module.DoubleClick("SelVar1", "List2", item);
+    }
+    module.Click("SelVar1", "Command1");
+    module.Click("SELOBS", "SubsetYes");
+    module.Click("SELSS1", "StapX10");
+    module.Click("SELSS1", "UDown");
+    module.Click("SELSS1", "StapOver10");
+    for (int i = 0; i < 6; ++i) {
+        module.Click("SELSS1", "UDown");
+    }
+    module.Click("SELSS1", "BoundsOK");
+    module.Click("SELSS1", "Continue");
+    module.Click("SELOBS", "Continue");
+    module.Click("SelvarYInfo", "Command1");
+}
+
+} // namespace lorvane::test

@@ -1,0 +1,16 @@
+#include "support/Reference.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace lorvane::test {
+
+const nlohmann::json& E1Reference() {
+    static const nlohmann::json reference = [] {
+        std::ifstream in(std::filesystem::path(LORVANE_SHARED_DIR) / "reference" / "e1.json");
+        return nlohmann::json::parse(in);
+    }();
+    return reference;
+}
+
+} // namespace lorvane::test
