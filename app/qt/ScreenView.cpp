@@ -127,8 +127,8 @@ void PictureWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 ScreenView::ScreenView(Module& module, Screen& screen, Dispatch dispatch, QWidget* parent)
-    : QFrame(parent), module_(module), screen_(&screen), serial_(screen.Serial()), name_(screen.Name()),
-      dispatch_(std::move(dispatch)) {
+    : QFrame(parent), module_(module), screen_(&screen), serial_(screen.Serial()),
+      name_(screen.Name()), dispatch_(std::move(dispatch)) {
     setObjectName(ToQt(name_));
     setAutoFillBackground(true);
     for (const Control& control : screen.Controls()) {
@@ -136,7 +136,9 @@ ScreenView::ScreenView(Module& module, Screen& screen, Dispatch dispatch, QWidge
     }
 }
 
-bool ScreenView::Shows(const Screen& screen) const { return &screen == screen_ && screen.Serial() == serial_; }
+bool ScreenView::Shows(const Screen& screen) const {
+    return &screen == screen_ && screen.Serial() == serial_;
+}
 
 Screen* ScreenView::live() const {
     Screen* screen = module_.LoadedScreen(name_);

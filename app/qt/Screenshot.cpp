@@ -17,7 +17,8 @@ QImage RenderFrame(Wallpaper& frame) {
 bool SaveScreenshot(Wallpaper& frame, const std::string& file) {
     const QImage image = RenderFrame(frame);
     const QString name = QFile::decodeName(file.c_str());
-    return !image.isNull() && QDir().mkpath(QFileInfo(name).absolutePath()) && image.save(name, "PNG");
+    return !image.isNull() && QDir().mkpath(QFileInfo(name).absolutePath()) &&
+           image.save(name, "PNG");
 }
 
 } // namespace lorvane::gui

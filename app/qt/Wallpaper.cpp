@@ -96,8 +96,9 @@ void Wallpaper::refresh() {
     Dispatch dispatcher = [this](const std::function<void()>& action) { dispatch(action); };
     for (Screen* screen : loaded) {
         const auto found =
-            std::find_if(views_.begin(), views_.end(),
-                         [screen](const QPointer<ScreenView>& view) { return view->Shows(*screen); });
+            std::find_if(views_.begin(), views_.end(), [screen](const QPointer<ScreenView>& view) {
+                return view->Shows(*screen);
+            });
         ScreenView* view = found != views_.end() ? found->data() : nullptr;
         if (view == nullptr) {
             view = new ScreenView(module_, *screen, dispatcher, this);

@@ -19,11 +19,13 @@ std::string LabelNote(const DataStore& store, int t) {
 SELOBS::SELOBS(Module& module) : Screen(module, "SELOBS", "Select observations") {
     Add(ControlKind::Label, "Label1", "", 0, 0, 9600, 360);
     Add(ControlKind::ListBox, "List1", "", 240, 480, 9120, 4320);
-    Add(ControlKind::Frame, "Frame1", "Do you want to use a subset of observations?", 240, 4980, 5400, 1140);
+    Add(ControlKind::Frame, "Frame1", "Do you want to use a subset of observations?", 240, 4980,
+        5400, 1140);
     AddIn("Frame1", ControlKind::Button, "SubsetYes", "", 480, 5460, 1320, 420);
     AddIn("Frame1", ControlKind::Button, "SubsetNo", "", 1980, 5460, 1320, 420);
     Add(ControlKind::Frame, "Frame2", "", 5880, 4980, 3480, 1140);
-    AddIn("Frame2", ControlKind::Button, "Continue", "Continue", 6120, 5460, 1440, 420).Visible = false;
+    AddIn("Frame2", ControlKind::Button, "Continue", "Continue", 6120, 5460, 1440, 420).Visible =
+        false;
     AddIn("Frame2", ControlKind::Button, "GoBack", "Back", 7680, 5460, 1440, 420);
 }
 
@@ -60,8 +62,10 @@ bool SELOBS::ReportAvailable(Control& list) {
     list.AddItem("");
     const int first = store.FirstCommonObs();
     const int last = store.LastCommonObs();
-    list.AddItem("First available observation: t =" + NumberToText(first) + " " + LabelNote(store, first));
-    list.AddItem("Last available observation: t =" + NumberToText(last) + " " + LabelNote(store, last));
+    list.AddItem("First available observation: t =" + NumberToText(first) + " " +
+                 LabelNote(store, first));
+    list.AddItem("Last available observation: t =" + NumberToText(last) + " " +
+                 LabelNote(store, last));
     return ReportMissing(list, store.MissingBetween(0, module.SampleFirst, module.SampleLast));
 }
 
@@ -74,9 +78,9 @@ bool SELOBS::ReportMissing(Control& list, Int16 missing) {
     if (module.store().DataType <= 0) {
         return true;
     }
-    module.boxes().MessageBoxShort(
-        "Missing variables are only allowed at the beginning and/or end of the data file for time series data!", 0,
-        "Error in data file");
+    module.boxes().MessageBoxShort("Missing variables are only allowed at the beginning and/or end "
+                                   "of the data file for time series data!",
+                                   0, "Error in data file");
     module.StartAgain();
     return false;
 }
@@ -89,8 +93,10 @@ bool SELOBS::ReportChosen(Control& list) {
     const DataStore& store = module.store();
     const int first = module.SampleFirst;
     const int last = module.SampleLast;
-    list.AddItem("First chosen observation: t =" + NumberToText(first) + " " + LabelNote(store, first));
-    list.AddItem("Last chosen observation: t =" + NumberToText(last) + " " + LabelNote(store, last));
+    list.AddItem("First chosen observation: t =" + NumberToText(first) + " " +
+                 LabelNote(store, first));
+    list.AddItem("Last chosen observation: t =" + NumberToText(last) + " " +
+                 LabelNote(store, last));
     return ReportMissing(list, store.MissingBetween(1, first, last));
 }
 

@@ -13,9 +13,9 @@ namespace {
 
 constexpr int LargestStep = 10000;
 
-const char* const BoundControls[] = {"Label1", "Lower", "Upper", "NewLowerB", "NewUpperB", "LDown",     "LUp",
-                                     "UDown",  "UUp",   "StapLabel", "Stap",   "StepDown",  "StepUp",    "StapX10",
-                                     "StapOver10"};
+const char* const BoundControls[] = {"Label1", "Lower",    "Upper",  "NewLowerB", "NewUpperB",
+                                     "LDown",  "LUp",      "UDown",  "UUp",       "StapLabel",
+                                     "Stap",   "StepDown", "StepUp", "StapX10",   "StapOver10"};
 
 } // namespace
 
@@ -55,7 +55,9 @@ void SELSS1::Activate() {
     }
 }
 
-int SELSS1::Step() const { return static_cast<int>(Val(Trim((*this)("Stap").Caption))); }
+int SELSS1::Step() const {
+    return static_cast<int>(Val(Trim((*this)("Stap").Caption)));
+}
 
 void SELSS1::ShowStep(int step) {
     const std::string text = Trim(NumberToText(step));
@@ -130,7 +132,8 @@ void SELSS1::ChangeStep(const std::string& button) {
 void SELSS1::ConfirmBounds() {
     const int lower = static_cast<int>(Val((*this)("NewLowerB").Caption));
     const int upper = static_cast<int>(Val((*this)("NewUpperB").Caption));
-    (*this)("Label0").Caption = " Chosen subsample: t =" + NumberToText(lower) + " to" + NumberToText(upper);
+    (*this)("Label0").Caption =
+        " Chosen subsample: t =" + NumberToText(lower) + " to" + NumberToText(upper);
     module.SampleFirst = lower;
     module.SampleLast = upper;
     for (const char* name : BoundControls) {
@@ -145,7 +148,8 @@ void SELSS1::Click(Control& control) {
     const std::string& name = control.Name;
     if (name == "LDown" || name == "LUp" || name == "UDown" || name == "UUp") {
         MoveBound(name);
-    } else if (name == "StepDown" || name == "StepUp" || name == "StapX10" || name == "StapOver10") {
+    } else if (name == "StepDown" || name == "StepUp" || name == "StapX10" ||
+               name == "StapOver10") {
         ChangeStep(name);
     } else if (name == "BoundsOK") {
         ConfirmBounds();

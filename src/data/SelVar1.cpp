@@ -12,16 +12,21 @@ namespace {
 
 constexpr const char* Mark = "* ";
 
-bool IsMarked(const std::string& item) { return item.rfind(Mark, 0) == 0; }
+bool IsMarked(const std::string& item) {
+    return item.rfind(Mark, 0) == 0;
+}
 
-std::string Unmarked(const std::string& item) { return IsMarked(item) ? item.substr(2) : item; }
+std::string Unmarked(const std::string& item) {
+    return IsMarked(item) ? item.substr(2) : item;
+}
 
 } // namespace
 
 SelVar1::SelVar1(Module& module) : Screen(module, "SelVar1", "Select variables") {
     Add(ControlKind::Label, "Label0", "", 0, 0, 9600, 360);
     Add(ControlKind::Label, "Label1",
-        "Double click to select an item or undo the selection of an item. The selected item(s) are indicated by *. "
+        "Double click to select an item or undo the selection of an item. The selected item(s) are "
+        "indicated by *. "
         "Or highlight several items (click, Shift+click, Ctrl+click) and select them all at once.",
         240, 480, 9120, 600);
     Control& available = Add(ControlKind::ListBox, "List2", "", 240, 1200, 5400, 4680);
@@ -30,7 +35,8 @@ SelVar1::SelVar1(Module& module) : Screen(module, "SelVar1", "Select variables")
     Add(ControlKind::Label, "Label2", "", 5880, 1920, 3480, 1800);
     Add(ControlKind::Label, "Label4", "", 5880, 3840, 3480, 600);
     Add(ControlKind::ListBox, "List1", "", 5880, 4560, 3480, 1320).Visible = false;
-    Add(ControlKind::Button, "Command3", "Select all highlighted items at once", 240, 6120, 3600, 420);
+    Add(ControlKind::Button, "Command3", "Select all highlighted items at once", 240, 6120, 3600,
+        420);
     Add(ControlKind::Button, "Command4", "Oops!", 3960, 6120, 1200, 420);
     Add(ControlKind::Button, "Command1", "Selection OK", 6360, 6120, 1440, 420);
     Add(ControlKind::Button, "Command2", "Cancel", 7920, 6120, 1440, 420);
@@ -53,7 +59,8 @@ void SelVar1::Activate() {
 }
 
 void SelVar1::ReadError(const std::string& files) {
-    module.boxes().MessageBoxShort("Error encountered while reading " + files, 0, "Lorvane module " + module.ModuleName);
+    module.boxes().MessageBoxShort("Error encountered while reading " + files, 0,
+                                   "Lorvane module " + module.ModuleName);
     module.ModuleEnd();
 }
 
@@ -91,8 +98,8 @@ void SelVar1::LoadList() {
         Control& note = (*this)("Label2");
         note.Caption = "Available variable:\r\n\r\n" + Unmarked(available.Items[0]) + "\r\n\r\n";
         if (module.MinVars > 1) {
-            note.Caption += " However, you have to select" + NumberToText(module.MinVars - 1) + " variable" +
-                            (module.MinVars > 2 ? "s" : "") +
+            note.Caption += " However, you have to select" + NumberToText(module.MinVars - 1) +
+                            " variable" + (module.MinVars > 2 ? "s" : "") +
                             " more, which is not possible. Therefore, you cannot continue!";
             for (const char* button : {"Command1", "Command3", "Command4"}) {
                 (*this)(button).Enabled = false;
@@ -107,8 +114,9 @@ void SelVar1::LoadList() {
     if (module.MaxVars == 1) {
         (*this)("Command3").Visible = false;
         (*this)("Command4").Visible = false;
-        (*this)("Label1").Caption = "Double click to select an item or undo the selection of an item. The selected "
-                                    "item(s) are indicated by *. ";
+        (*this)("Label1").Caption =
+            "Double click to select an item or undo the selection of an item. The selected "
+            "item(s) are indicated by *. ";
     }
 }
 
@@ -121,11 +129,13 @@ void SelVar1::WriteCountRule() {
     if (minVars > 0 && minVars == maxVars) {
         rule.Caption = "Select exactly" + NumberToText(minVars) + " variable" + ending(minVars);
     } else if (minVars > 0 && minVars < maxVars) {
-        rule.Caption = "Select minimal" + NumberToText(minVars) + " and maximal" + NumberToText(maxVars) + " variables.";
+        rule.Caption = "Select minimal" + NumberToText(minVars) + " and maximal" +
+                       NumberToText(maxVars) + " variables.";
     } else if (minVars > 0 && minVars > maxVars) {
         rule.Caption = "Select minimal" + NumberToText(minVars) + " variable" + ending(minVars);
     } else if (minVars <= 0 && maxVars > 0) {
-        rule.Caption = "Select no more than" + NumberToText(maxVars) + " variable" + ending(maxVars);
+        rule.Caption =
+            "Select no more than" + NumberToText(maxVars) + " variable" + ending(maxVars);
     } else {
         rule.Visible = false;
     }

@@ -72,13 +72,15 @@ void SelvarYInfo::ReportVariable(int i, Control& report) {
     if (sampleFirst == first && sampleLast == last) {
         report.AddItem(observation("  First observation =", first));
         report.AddItem(observation("  Last observation  =", last));
-        report.AddItem("  Number of usable observations:" + NumberToText(usableBetween(first, last)));
+        report.AddItem("  Number of usable observations:" +
+                       NumberToText(usableBetween(first, last)));
     } else {
         report.AddItem(observation("  First available observation =", first));
         report.AddItem(observation("  Last available observation  =", last));
         report.AddItem(observation("  First chosen observation =", sampleFirst));
         report.AddItem(observation("  Last chosen observation  =", sampleLast));
-        report.AddItem("  Number of usable chosen observations:" + NumberToText(usableBetween(sampleFirst, sampleLast)));
+        report.AddItem("  Number of usable chosen observations:" +
+                       NumberToText(usableBetween(sampleFirst, sampleLast)));
         report.AddItem("Subsample characteristics:");
     }
 
@@ -113,7 +115,8 @@ void SelvarYInfo::ReportVariable(int i, Control& report) {
     } else if (integer) {
         report.AddItem("  This variable is integer valued.");
     } else if (nonNegative && zeros > 0) {
-        report.AddItem("  This variable is nonnegative, with" + NumberToText(zeros) + " zero values.");
+        report.AddItem("  This variable is nonnegative, with" + NumberToText(zeros) +
+                       " zero values.");
     } else {
         report.AddItem("  This variable is continuously distributed!");
     }
@@ -121,11 +124,12 @@ void SelvarYInfo::ReportVariable(int i, Control& report) {
 
     const double spread = std::fabs(maximum - minimum);
     if (spread < 1e-20) {
-        const std::string kind = spread == 0 ? "constant (" + Trim(NumberToText(minimum)) + ")!"
-                                             : "almost constant (min = " + Trim(NumberToText(minimum)) +
-                                                   ", max = " + Trim(NumberToText(maximum)) + ")!";
-        module.boxes().MessageBoxShort("Variable " + store.YName(i) + " is " + kind + " Module " + module.ModuleName +
-                                           " will be terminated.",
+        const std::string kind = spread == 0
+                                     ? "constant (" + Trim(NumberToText(minimum)) + ")!"
+                                     : "almost constant (min = " + Trim(NumberToText(minimum)) +
+                                           ", max = " + Trim(NumberToText(maximum)) + ")!";
+        module.boxes().MessageBoxShort("Variable " + store.YName(i) + " is " + kind + " Module " +
+                                           module.ModuleName + " will be terminated.",
                                        0, "Error in module " + module.ModuleName);
         module.ModuleEnd();
     }

@@ -10,13 +10,16 @@ namespace lorvane {
 
 namespace {
 
-constexpr std::array<const char*, 8> Answers = {"", "OK", "Cancel", "Abort", "Retry", "Ignore", "Yes", "No"};
+constexpr std::array<const char*, 8> Answers = {"",      "OK",     "Cancel", "Abort",
+                                                "Retry", "Ignore", "Yes",    "No"};
 
 } // namespace
 
 Boxes::Boxes(Dialogs& dialogs, Random& random) : dialogs_(dialogs), random_(random) {}
 
-Int16 Boxes::ReducedType(int type) { return type > 5 ? type % 16 : type; }
+Int16 Boxes::ReducedType(int type) {
+    return type > 5 ? type % 16 : type;
+}
 
 std::vector<std::string> Boxes::ButtonSet(int type) {
     switch (ReducedType(type)) {
@@ -52,7 +55,8 @@ Int16 Boxes::MessageBoxFull(const std::string& text, int type, const std::string
     if (BoxAutoClose == 1) {
         BoxAnswer = "OK";
     } else {
-        const MessageBoxRequest request{BoxTitle, BoxText, ShortenTitle(BoxTitle, TitleWidth, measure_),
+        const MessageBoxRequest request{BoxTitle, BoxText,
+                                        ShortenTitle(BoxTitle, TitleWidth, measure_),
                                         WrapText(BoxText, TextWidth, measure_), ButtonSet(BoxType)};
         BoxAnswer = dialogs_.showMessage(request);
     }
@@ -63,7 +67,8 @@ void Boxes::MessageBoxShort(const std::string& text, int /*type*/, const std::st
     LastBoxResult = MessageBoxFull(text, 0, title);
 }
 
-std::string Boxes::InputBox(const std::string& prompt, const std::string& title, const std::string& defaultText) {
+std::string Boxes::InputBox(const std::string& prompt, const std::string& title,
+                            const std::string& defaultText) {
     BoxText = prompt;
     BoxTitle = title;
     InputDefault = defaultText;
@@ -71,7 +76,8 @@ std::string Boxes::InputBox(const std::string& prompt, const std::string& title,
     const std::string sentinel = NumberToText(random_.next());
     InputAnswer = sentinel;
     while (InputAnswer == sentinel) {
-        const InputBoxRequest request{BoxTitle, BoxText, ShortenTitle(BoxTitle, TitleWidth, measure_),
+        const InputBoxRequest request{BoxTitle, BoxText,
+                                      ShortenTitle(BoxTitle, TitleWidth, measure_),
                                       WrapText(BoxText, TextWidth, measure_), InputDefault};
         InputAnswer = dialogs_.showInput(request).value_or(std::string());
     }

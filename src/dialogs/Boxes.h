@@ -27,7 +27,8 @@ public:
     // The plain box: always one "OK" button, whatever type the caller hands in.
     void MessageBoxShort(const std::string& text, int type, const std::string& title);
     // The typed text, or an empty text on Cancel.
-    std::string InputBox(const std::string& prompt, const std::string& title, const std::string& defaultText);
+    std::string InputBox(const std::string& prompt, const std::string& title,
+                         const std::string& defaultText);
 
     static Int16 ReducedType(int type);
     static std::vector<std::string> ButtonSet(int type);

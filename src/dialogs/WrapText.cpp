@@ -17,7 +17,8 @@ std::vector<std::string> SplitParagraphs(std::string_view text) {
     std::size_t start = 0;
     while (true) {
         const std::size_t end = text.find("\r\n", start);
-        paragraphs.push_back(TrimLeft(text.substr(start, end == std::string_view::npos ? text.npos : end - start)));
+        paragraphs.push_back(
+            TrimLeft(text.substr(start, end == std::string_view::npos ? text.npos : end - start)));
         if (end == std::string_view::npos) {
             return paragraphs;
         }
@@ -34,8 +35,8 @@ std::size_t FittingLength(std::string_view rest, double width, const TextMeasure
     return length == 0 ? 1 : length;
 }
 
-void FoldParagraph(std::string_view rest, double width, const TextMeasure& measure, std::string& out,
-                   bool& first) {
+void FoldParagraph(std::string_view rest, double width, const TextMeasure& measure,
+                   std::string& out, bool& first) {
     do {
         std::string line;
         if (Measure(measure, rest) <= width) {

@@ -35,7 +35,8 @@ void Control::ClearItems() {
 }
 
 bool Control::IsHighlighted(int index) const {
-    return index >= 0 && index < static_cast<int>(Highlighted.size()) && Highlighted[static_cast<std::size_t>(index)];
+    return index >= 0 && index < static_cast<int>(Highlighted.size()) &&
+           Highlighted[static_cast<std::size_t>(index)];
 }
 
 void Control::SetHighlighted(int index, bool on) {

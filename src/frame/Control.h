@@ -7,7 +7,17 @@
 
 namespace lorvane {
 
-enum class ControlKind { Label, Button, TextBox, ListBox, CheckBox, OptionButton, Frame, Picture, Timer };
+enum class ControlKind {
+    Label,
+    Button,
+    TextBox,
+    ListBox,
+    CheckBox,
+    OptionButton,
+    Frame,
+    Picture,
+    Timer
+};
 
 enum class FontFace { Sans, Fixed };
 

@@ -14,26 +14,31 @@ namespace lorvane {
 
 namespace {
 
-constexpr std::array<const char*, 12> Months = {"January", "February", "March",     "April",   "May",      "June",
-                                                "July",    "August",   "September", "October", "November", "December"};
+constexpr std::array<const char*, 12> Months = {"January",   "February", "March",    "April",
+                                                "May",       "June",     "July",     "August",
+                                                "September", "October",  "November", "December"};
 
 constexpr std::array<const char*, 7> Weekdays = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                                  "Thursday", "Friday", "Saturday"};
 
 } // namespace
 
-std::string MonthName(int month) { return month >= 1 && month <= 12 ? Months[static_cast<std::size_t>(month - 1)] : ""; }
+std::string MonthName(int month) {
+    return month >= 1 && month <= 12 ? Months[static_cast<std::size_t>(month - 1)] : "";
+}
 
 std::string DateText(int year, int month, int day) {
     const std::string dayText = Trim(NumberToText(day));
     const std::string yearText = Trim(NumberToText(year));
-    const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+    const std::chrono::year_month_day date{std::chrono::year(year),
+                                           std::chrono::month(static_cast<unsigned>(month)),
                                            std::chrono::day(static_cast<unsigned>(day))};
     if (!date.ok()) {
         return Trim(MonthName(month) + " " + dayText + ", " + yearText);
     }
     const std::chrono::weekday weekday{std::chrono::sys_days(date)};
-    return Trim(std::string(Weekdays[weekday.c_encoding()]) + " " + MonthName(month) + " " + dayText + ", " + yearText);
+    return Trim(std::string(Weekdays[weekday.c_encoding()]) + " " + MonthName(month) + " " +
+                dayText + ", " + yearText);
 }
 
 std::string SessionDateText(const Clock& clock) {
@@ -44,7 +49,8 @@ std::string SessionDateText(const Clock& clock) {
 std::string ClockTimeText(double secondsSinceMidnight) {
     const long whole = static_cast<long>(std::floor(secondsSinceMidnight));
     char buffer[16];
-    std::snprintf(buffer, sizeof buffer, "%02ld:%02ld:%02ld", whole / 3600 % 24, whole / 60 % 60, whole % 60);
+    std::snprintf(buffer, sizeof buffer, "%02ld:%02ld:%02ld", whole / 3600 % 24, whole / 60 % 60,
+                  whole % 60);
     return buffer;
 }
 

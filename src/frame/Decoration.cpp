@@ -16,9 +16,13 @@ void DecorateHeader(Screen& screen, Control& label) {
     label.Height = std::max(label.Height, 285.0) * 1.1;
 }
 
-void FontOfNotepadText(Control& control) { control.Font = FontFace::Fixed; }
+void FontOfNotepadText(Control& control) {
+    control.Font = FontFace::Fixed;
+}
 
-void FontOfArialText(Control& control) { control.Font = FontFace::Sans; }
+void FontOfArialText(Control& control) {
+    control.Font = FontFace::Sans;
+}
 
 void AlignRightEdge(Control& moved, const Control& reference) {
     moved.Left = reference.Left + reference.Width - moved.Width;
@@ -40,7 +44,8 @@ void ScaleToFrame(const Module& module, Screen& screen) {
         control.FontSize *= std::min(xRatio, yRatio);
     }
     // A full-frame screen takes the frame's inner size; a smaller one grows like its controls.
-    const bool fullFrame = screen.Width >= module.FrameClientWidth && screen.Height >= module.FrameClientHeight;
+    const bool fullFrame =
+        screen.Width >= module.FrameClientWidth && screen.Height >= module.FrameClientHeight;
     screen.Width = fullFrame ? innerWidth : screen.Width * xRatio;
     screen.Height = fullFrame ? innerHeight : screen.Height * yRatio;
 }

@@ -22,7 +22,8 @@ std::string StripQuotes(std::string_view text, int quoteAgain) {
     std::string stripped = Trim(text);
     const std::size_t first = stripped.find_first_not_of('"');
     const std::size_t last = stripped.find_last_not_of('"');
-    stripped = first == std::string::npos ? std::string() : stripped.substr(first, last - first + 1);
+    stripped =
+        first == std::string::npos ? std::string() : stripped.substr(first, last - first + 1);
     return quoteAgain == 1 ? "\"" + stripped + "\"" : stripped;
 }
 
@@ -31,11 +32,12 @@ std::string DriveOf(std::string_view path) {
     if (!HasDriveLetter(trimmed)) {
         return "";
     }
-    return std::string(1, static_cast<char>(std::tolower(static_cast<unsigned char>(trimmed[0])))) + ":";
+    return std::string(1, static_cast<char>(std::tolower(static_cast<unsigned char>(trimmed[0])))) +
+           ":";
 }
 
-StartFolderChoice ChooseStartFolder(std::string_view executableFolder, std::optional<std::string> sysLine,
-                                    PathStyle style) {
+StartFolderChoice ChooseStartFolder(std::string_view executableFolder,
+                                    std::optional<std::string> sysLine, PathStyle style) {
     StartFolderChoice choice;
     const char separator = style == PathStyle::Windows ? '\\' : '/';
     choice.Folder = Trim(executableFolder);
@@ -71,7 +73,8 @@ StartFolderChoice ChooseStartFolder(std::string_view executableFolder, std::opti
 }
 
 bool NamesAFolder(std::string_view line, PathStyle style) {
-    return style == PathStyle::Windows ? !DriveOf(line).empty() : !line.empty() && line.front() == '/';
+    return style == PathStyle::Windows ? !DriveOf(line).empty()
+                                       : !line.empty() && line.front() == '/';
 }
 
 std::string WithTrailingSeparator(std::string folder, PathStyle style) {

@@ -34,7 +34,8 @@ struct StartFolderChoice {
 // drive letter is replaced by the executable's. On POSIX a line that begins with "/" is a full
 // path, and a line in drive-letter form keeps its path from the first backslash on. A folder
 // other than the executable's (compared in upper case) makes the run a test run.
-StartFolderChoice ChooseStartFolder(std::string_view executableFolder, std::optional<std::string> sysLine,
+StartFolderChoice ChooseStartFolder(std::string_view executableFolder,
+                                    std::optional<std::string> sysLine,
                                     PathStyle style = NativePathStyle);
 
 // True when a STARTDIR line names a folder of the platform: a drive letter on Windows, an

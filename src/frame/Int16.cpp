@@ -16,9 +16,13 @@ Int16 CInt(double x) {
     return Int16(static_cast<int>(rounded));
 }
 
-double Int(double x) { return std::floor(x); }
+double Int(double x) {
+    return std::floor(x);
+}
 
-double Fix(double x) { return std::trunc(x); }
+double Fix(double x) {
+    return std::trunc(x);
+}
 
 double ToSingle(double x) {
     if (std::isfinite(x) && std::fabs(x) > static_cast<double>(std::numeric_limits<float>::max())) {

@@ -15,14 +15,18 @@ public:
     constexpr Int16() = default;
 
     template <typename T>
-        requires std::is_integral_v<T>
+    requires std::is_integral_v<T>
     constexpr Int16(T value) : value_(Narrow(static_cast<long long>(value))) {}
 
     constexpr operator int() const { return value_; }
     constexpr int Value() const { return value_; }
 
-    constexpr Int16& operator+=(int other) { return *this = Int16(value_ + static_cast<long long>(other)); }
-    constexpr Int16& operator-=(int other) { return *this = Int16(value_ - static_cast<long long>(other)); }
+    constexpr Int16& operator+=(int other) {
+        return *this = Int16(value_ + static_cast<long long>(other));
+    }
+    constexpr Int16& operator-=(int other) {
+        return *this = Int16(value_ - static_cast<long long>(other));
+    }
     constexpr Int16& operator++() { return *this += 1; }
     constexpr Int16& operator--() { return *this -= 1; }
 

@@ -79,8 +79,8 @@ void Module::Activate(Screen& screen) {
 
 bool Module::Detach(std::string_view name) {
     const std::string key = UpperCase(name);
-    const auto found =
-        std::find_if(loaded_.begin(), loaded_.end(), [&](const Loaded& entry) { return entry.key == key; });
+    const auto found = std::find_if(loaded_.begin(), loaded_.end(),
+                                    [&](const Loaded& entry) { return entry.key == key; });
     if (found == loaded_.end()) {
         return false;
     }
@@ -152,8 +152,10 @@ void Module::OpenOnTop(std::string_view name, bool full) {
         ScaleToFrame(*this, screen);
     } else {
         ScaleToFrame(*this, screen);
-        const double innerWidth = FullSize == 1 ? platform_.screens.screenWidth() : FrameClientWidth;
-        const double innerHeight = FullSize == 1 ? platform_.screens.screenHeight() : FrameClientHeight;
+        const double innerWidth =
+            FullSize == 1 ? platform_.screens.screenWidth() : FrameClientWidth;
+        const double innerHeight =
+            FullSize == 1 ? platform_.screens.screenHeight() : FrameClientHeight;
         screen.Left = (innerWidth - screen.Width) / 2;
         screen.Top = (innerHeight - screen.Height) / 2;
     }
@@ -162,9 +164,13 @@ void Module::OpenOnTop(std::string_view name, bool full) {
     Activate(screen);
 }
 
-void Module::ShowOnTop(std::string_view name) { OpenOnTop(name, false); }
+void Module::ShowOnTop(std::string_view name) {
+    OpenOnTop(name, false);
+}
 
-void Module::ShowFullOnTop(std::string_view name) { OpenOnTop(name, true); }
+void Module::ShowFullOnTop(std::string_view name) {
+    OpenOnTop(name, true);
+}
 
 void Module::FrameTick() {
     if (PinnedScreen2.empty()) {
@@ -255,15 +261,16 @@ void Module::Run(const std::function<void()>& action) {
 namespace {
 
 template <typename Handler>
-std::function<void()> OnControl(Module& module, std::string_view screenName, std::string_view controlName,
-                                Handler handler) {
-    return [&module, screen = std::string(screenName), control = std::string(controlName), handler] {
-        Screen* target = module.LoadedScreen(screen);
-        if (target == nullptr) {
-            throw RuntimeError(SubscriptOutOfRange, "Screen " + screen + " is not loaded");
-        }
-        handler(*target, (*target)(control));
-    };
+std::function<void()> OnControl(Module& module, std::string_view screenName,
+                                std::string_view controlName, Handler handler) {
+    return
+        [&module, screen = std::string(screenName), control = std::string(controlName), handler] {
+            Screen* target = module.LoadedScreen(screen);
+            if (target == nullptr) {
+                throw RuntimeError(SubscriptOutOfRange, "Screen " + screen + " is not loaded");
+            }
+            handler(*target, (*target)(control));
+        };
 }
 
 } // namespace
@@ -273,7 +280,8 @@ void Module::Click(std::string_view screen, std::string_view control) {
 }
 
 void Module::DoubleClick(std::string_view screen, std::string_view control, int item) {
-    Run(OnControl(*this, screen, control, [item](Screen& s, Control& c) { s.DoubleClick(c, item); }));
+    Run(OnControl(*this, screen, control,
+                  [item](Screen& s, Control& c) { s.DoubleClick(c, item); }));
 }
 
 void Module::Change(std::string_view screen, std::string_view control) {

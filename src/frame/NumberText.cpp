@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cmath>
 #include <charconv>
+#include <cmath>
 #include <system_error>
 
 #include "frame/RuntimeError.h"
@@ -27,7 +27,9 @@ DigitString FifteenDigits(double magnitude) {
         return result;
     }
     char buffer[40];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, magnitude, std::chars_format::scientific, 14).ptr;
+    const auto end =
+        std::to_chars(buffer, buffer + sizeof buffer, magnitude, std::chars_format::scientific, 14)
+            .ptr;
     // d.dddddddddddddde[+-]xx
     result.digits.push_back(buffer[0]);
     result.digits.append(buffer + 2, 14);
@@ -71,14 +73,15 @@ void RoundToDigits(DigitString& value, int keep) {
 
 // Digit k (0-based) of the digit string, zero beyond its end.
 char DigitAt(const DigitString& value, int k) {
-    return k >= 0 && k < static_cast<int>(value.digits.size()) ? value.digits[static_cast<std::size_t>(k)]
-                                                              : '0';
+    return k >= 0 && k < static_cast<int>(value.digits.size())
+               ? value.digits[static_cast<std::size_t>(k)]
+               : '0';
 }
 
 struct Picture {
-    int integerPlaces = 0;   // "#" and "0" before the point
-    int minimumInteger = 0;  // places from the first "0" before the point
-    int decimalPlaces = 0;   // places after the point
+    int integerPlaces = 0;    // "#" and "0" before the point
+    int minimumInteger = 0;   // places from the first "0" before the point
+    int decimalPlaces = 0;    // places after the point
     int requiredDecimals = 0; // places up to the last "0" after the point
     bool hasPoint = false;
     bool scientific = false;
@@ -178,7 +181,9 @@ std::string FormatScientific(DigitString value, const Picture& picture) {
     return out;
 }
 
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
 
 } // namespace
 
@@ -207,7 +212,8 @@ std::string FormatNumber(double value, std::string_view picture) {
     }
     const Picture parsed = ParsePicture(picture);
     const DigitString digits = FifteenDigits(std::fabs(value));
-    std::string text = parsed.scientific ? FormatScientific(digits, parsed) : FormatFixed(digits, parsed);
+    std::string text =
+        parsed.scientific ? FormatScientific(digits, parsed) : FormatFixed(digits, parsed);
     return value < 0.0 ? "-" + text : text;
 }
 
@@ -220,7 +226,8 @@ double Val(std::string_view text) {
         }
     };
     auto takeDigits = [&] {
-        for (skipBlanks(); i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])); skipBlanks()) {
+        for (skipBlanks(); i < text.size() && std::isdigit(static_cast<unsigned char>(text[i]));
+             skipBlanks()) {
             number.push_back(text[i++]);
         }
     };
@@ -233,8 +240,9 @@ double Val(std::string_view text) {
         number.push_back(text[i++]);
         takeDigits();
     }
-    const bool anyDigit = std::any_of(number.begin(), number.end(),
-                                      [](char c) { return std::isdigit(static_cast<unsigned char>(c)); });
+    const bool anyDigit = std::any_of(number.begin(), number.end(), [](char c) {
+        return std::isdigit(static_cast<unsigned char>(c));
+    });
     if (!anyDigit) {
         return 0.0;
     }
@@ -294,7 +302,9 @@ std::string TrimRight(std::string_view text) {
     return std::string(text.substr(0, last));
 }
 
-std::string Trim(std::string_view text) { return TrimRight(TrimLeft(text)); }
+std::string Trim(std::string_view text) {
+    return TrimRight(TrimLeft(text));
+}
 
 std::string UpperCase(std::string_view text) {
     std::string out(text);

@@ -7,7 +7,8 @@
 
 namespace lorvane {
 
-std::string ObsLabel(int t, int dataType, int firstYear, int firstPeriod, int periodsPerYear, int /*obsCount*/) {
+std::string ObsLabel(int t, int dataType, int firstYear, int firstPeriod, int periodsPerYear,
+                     int /*obsCount*/) {
     if (dataType == 0 || dataType == 1) {
         return Trim(NumberToText(t + firstYear - 1));
     }
@@ -24,8 +25,8 @@ std::string ObsLabel(int t, int dataType, int firstYear, int firstPeriod, int pe
         period = u % periodsPerYear + 1;
     }
     const std::string periodText = Trim(NumberToText(period));
-    return Trim(NumberToText(year)) + "." + std::string(width > periodText.size() ? width - periodText.size() : 0, '0') +
-           periodText;
+    return Trim(NumberToText(year)) + "." +
+           std::string(width > periodText.size() ? width - periodText.size() : 0, '0') + periodText;
 }
 
 } // namespace lorvane

@@ -35,13 +35,17 @@ RuntimeError::RuntimeError(int number, std::string description)
     : std::runtime_error("Run-time error " + std::to_string(number) + ": " + description),
       number_(number), description_(std::move(description)) {}
 
-RuntimeError RuntimeError::Of(int number) { return RuntimeError(number, StandardDescription(number)); }
+RuntimeError RuntimeError::Of(int number) {
+    return RuntimeError(number, StandardDescription(number));
+}
 
 std::string RuntimeError::MessageText() const {
     return "Run-time error '" + std::to_string(number_) + "':\r\n\r\n" + description_;
 }
 
-void Raise(int number) { throw RuntimeError::Of(number); }
+void Raise(int number) {
+    throw RuntimeError::Of(number);
+}
 
 double CheckedFinite(double x) {
     if (!std::isfinite(x)) {
@@ -71,6 +75,8 @@ double CheckedLog(double x) {
     return std::log(x);
 }
 
-double CheckedExp(double x) { return CheckedFinite(std::exp(x)); }
+double CheckedExp(double x) {
+    return CheckedFinite(std::exp(x));
+}
 
 } // namespace lorvane

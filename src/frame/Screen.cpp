@@ -5,7 +5,8 @@
 namespace lorvane {
 
 Screen::Screen(Module& owner, std::string name, std::string caption, double width, double height)
-    : Caption(std::move(caption)), Width(width), Height(height), module(owner), name_(std::move(name)) {}
+    : Caption(std::move(caption)), Width(width), Height(height), module(owner),
+      name_(std::move(name)) {}
 
 Control* Screen::Find(std::string_view controlName) {
     for (Control& control : controls_) {
@@ -20,15 +21,16 @@ Control& Screen::operator()(std::string_view controlName) {
     if (Control* control = Find(controlName)) {
         return *control;
     }
-    throw RuntimeError(SubscriptOutOfRange, "Screen " + name_ + " has no control " + std::string(controlName));
+    throw RuntimeError(SubscriptOutOfRange,
+                       "Screen " + name_ + " has no control " + std::string(controlName));
 }
 
 const Control& Screen::operator()(std::string_view controlName) const {
     return const_cast<Screen&>(*this)(controlName);
 }
 
-Control& Screen::Add(ControlKind kind, std::string name, std::string caption, double left, double top, double width,
-                     double height) {
+Control& Screen::Add(ControlKind kind, std::string name, std::string caption, double left,
+                     double top, double width, double height) {
     Control& control = controls_.emplace_back();
     control.Kind = kind;
     control.Name = std::move(name);
@@ -47,8 +49,8 @@ Control& Screen::Add(ControlKind kind, std::string name, std::string caption, do
 
 namespace lorvane {
 
-Control& Screen::AddIn(const std::string& frame, ControlKind kind, std::string name, std::string caption, double left,
-                       double top, double width, double height) {
+Control& Screen::AddIn(const std::string& frame, ControlKind kind, std::string name,
+                       std::string caption, double left, double top, double width, double height) {
     Control& control = Add(kind, std::move(name), std::move(caption), left, top, width, height);
     control.Container = frame;
     return control;

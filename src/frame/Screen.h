@@ -15,7 +15,8 @@ class Module;
 // screen reached a second time starts afresh. It knows the next screen only by name.
 class Screen {
 public:
-    Screen(Module& module, std::string name, std::string caption, double width = 9600, double height = 7200);
+    Screen(Module& module, std::string name, std::string caption, double width = 9600,
+           double height = 7200);
     virtual ~Screen() = default;
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
@@ -55,11 +56,11 @@ public:
     double Height;
 
 protected:
-    Control& Add(ControlKind kind, std::string name, std::string caption, double left, double top, double width,
-                 double height);
+    Control& Add(ControlKind kind, std::string name, std::string caption, double left, double top,
+                 double width, double height);
     // A control inside a frame; the geometry is the screen's.
-    Control& AddIn(const std::string& frame, ControlKind kind, std::string name, std::string caption, double left,
-                   double top, double width, double height);
+    Control& AddIn(const std::string& frame, ControlKind kind, std::string name,
+                   std::string caption, double left, double top, double width, double height);
 
     Module& module;
 

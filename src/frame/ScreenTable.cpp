@@ -11,6 +11,7 @@
 #include "estimate/VARSUR.h"
 #include "estimate/VWaldT2.h"
 #include "frame/NumberText.h"
+#include "frame/Screen.h"
 #include "innovation/VARDECOMP.h"
 #include "innovation/VARIR2.h"
 #include "specify/ChebishevPol.h"
@@ -19,7 +20,6 @@
 #include "specify/VARDetermin.h"
 #include "structural/VARSTR1.h"
 #include "structural/VARSTR2.h"
-#include "frame/Screen.h"
 
 namespace lorvane {
 
@@ -27,15 +27,16 @@ namespace {
 
 using Factory = std::function<std::unique_ptr<Screen>(Module&)>;
 
-template <typename S>
-Factory Make() {
+template <typename S> Factory Make() {
     return [](Module& module) { return std::make_unique<S>(module); };
 }
 
 constexpr std::array<std::string_view, 23> Names = {
-    "APICPRN",  "CHEBISHEVPOL", "GUIDEDTOUR", "MYINPUTBOXFRM", "MYMESSAGEBOXFRM", "SELOBS",  "SELSS1",   "SELVAR1",
-    "SELVARYINFO", "VAR2",      "VAR3",       "VARDECOMP",     "VARDETERMIN",     "VARIR2",  "VARSTR1",  "VARSTR2",
-    "VARSUR",   "VBERNANKE1",   "VBERNANKE2", "VBERNANKE3",    "VIRPLOT2",        "VWALDT2", "VWALDT3"};
+    "APICPRN",  "CHEBISHEVPOL", "GUIDEDTOUR",  "MYINPUTBOXFRM", "MYMESSAGEBOXFRM",
+    "SELOBS",   "SELSS1",       "SELVAR1",     "SELVARYINFO",   "VAR2",
+    "VAR3",     "VARDECOMP",    "VARDETERMIN", "VARIR2",        "VARSTR1",
+    "VARSTR2",  "VARSUR",       "VBERNANKE1",  "VBERNANKE2",    "VBERNANKE3",
+    "VIRPLOT2", "VWALDT2",      "VWALDT3"};
 
 const std::map<std::string, Factory, std::less<>>& Factories() {
     static const std::map<std::string, Factory, std::less<>> factories = {
@@ -65,6 +66,8 @@ std::unique_ptr<Screen> CreateScreen(Module& module, std::string_view name) {
     return found == factories.end() ? nullptr : found->second(module);
 }
 
-std::vector<std::string_view> ScreenNames() { return {Names.begin(), Names.end()}; }
+std::vector<std::string_view> ScreenNames() {
+    return {Names.begin(), Names.end()};
+}
 
 } // namespace lorvane

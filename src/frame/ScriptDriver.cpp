@@ -37,7 +37,8 @@ bool SplitWords(const std::string& text, Line& line, std::string& problem) {
             i = close + 1;
         } else {
             const std::size_t end = text.find_first_of(" \t", i);
-            line.words.push_back(text.substr(i, end == std::string::npos ? std::string::npos : end - i));
+            line.words.push_back(
+                text.substr(i, end == std::string::npos ? std::string::npos : end - i));
             line.quoted.push_back(false);
             i = end == std::string::npos ? text.size() : end;
         }
@@ -105,8 +106,9 @@ std::string CheckForm(const Line& line) {
         return n >= 3 && targeted ? "" : "highlight takes SCREEN.CONTROL ITEM...";
     }
     if (verb == "check") {
-        return n == 3 && targeted && (line.words[2] == "0" || line.words[2] == "1") ? ""
-                                                                                     : "check takes SCREEN.CONTROL 0 or 1";
+        return n == 3 && targeted && (line.words[2] == "0" || line.words[2] == "1")
+                   ? ""
+                   : "check takes SCREEN.CONTROL 0 or 1";
     }
     if (verb == "type") {
         return n >= 2 && targeted ? "" : "type takes SCREEN.CONTROL TEXT";
@@ -128,7 +130,8 @@ std::string CheckForm(const Line& line) {
         return n == 1 ? "" : "input-cancel takes nothing";
     }
     if (verb == "seed") {
-        return n == 2 && IsWhole(line.words[1], whole) && whole >= 0 ? "" : "seed takes a whole number";
+        return n == 2 && IsWhole(line.words[1], whole) && whole >= 0 ? ""
+                                                                     : "seed takes a whole number";
     }
     if (verb == "expect-screen") {
         return n == 2 ? "" : "expect-screen takes NAME";
@@ -151,12 +154,15 @@ std::string CheckForm(const Line& line) {
             return "";
         }
         if (property == "visible" || property == "enabled") {
-            return n == 4 && (line.words[3] == "0" || line.words[3] == "1") ? "" : property + " takes 0 or 1";
+            return n == 4 && (line.words[3] == "0" || line.words[3] == "1")
+                       ? ""
+                       : property + " takes 0 or 1";
         }
         if (property == "count") {
             return n == 4 && IsWhole(line.words[3], whole) ? "" : "count takes a whole number";
         }
-        return "unknown property " + property + " (caption, visible, enabled, count, item, contains)";
+        return "unknown property " + property +
+               " (caption, visible, enabled, count, item, contains)";
     }
     return "unknown verb " + verb;
 }
@@ -168,8 +174,9 @@ std::string ForOutput(std::string text) {
 
 } // namespace
 
-ScriptDriver::ScriptDriver(Module& module, ScriptedDialogs& dialogs, std::ostream& out, std::ostream& errors,
-                           std::function<void()> start, std::function<bool(const std::string&)> screenshot)
+ScriptDriver::ScriptDriver(Module& module, ScriptedDialogs& dialogs, std::ostream& out,
+                           std::ostream& errors, std::function<void()> start,
+                           std::function<bool(const std::string&)> screenshot)
     : module_(module), dialogs_(dialogs), out_(out), errors_(errors), start_(std::move(start)),
       screenshot_(std::move(screenshot)) {}
 
@@ -207,7 +214,8 @@ int ScriptDriver::Run(std::istream& script) {
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const Line& line = lines[i];
         if (module_.Ended()) {
-            return Fail(ExpectFailed, line, "the module has ended; this line and the rest were not run");
+            return Fail(ExpectFailed, line,
+                        "the module has ended; this line and the rest were not run");
         }
         int code = Done;
         try {
@@ -217,10 +225,12 @@ int ScriptDriver::Run(std::istream& script) {
             }
             if (trace_) {
                 out_ << "> " << line.number << ": " << line.text << "    [" << module_.CurrentScreen
-                     << (module_.PinnedScreen2.empty() ? "" : " + " + module_.PinnedScreen2) << "]\n";
+                     << (module_.PinnedScreen2.empty() ? "" : " + " + module_.PinnedScreen2)
+                     << "]\n";
             }
             if (module_.Ended() && !module_.Failure()) {
-                return Fail(ExpectFailed, line, "the module has ended; this line and the rest were not run");
+                return Fail(ExpectFailed, line,
+                            "the module has ended; this line and the rest were not run");
             }
             if (!module_.Ended()) {
                 code = Perform(line);
@@ -275,7 +285,8 @@ int ScriptDriver::Perform(const Line& line) {
     }
     if (verb == "expect-screen") {
         if (UpperCase(module_.CurrentScreen) != UpperCase(line.words[1])) {
-            return Fail(ExpectFailed, line, "the screen is " + module_.CurrentScreen + ", not " + line.words[1]);
+            return Fail(ExpectFailed, line,
+                        "the screen is " + module_.CurrentScreen + ", not " + line.words[1]);
         }
         return Done;
     }
@@ -336,15 +347,16 @@ int ScriptDriver::Perform(const Line& line) {
             const long long index = std::stoll(line.words[3]);
             if (index < 0 || index >= control->ListCount()) {
                 return Fail(ExpectFailed, line,
-                            "the list has " + std::to_string(control->ListCount()) + " items, no item " + line.words[3]);
+                            "the list has " + std::to_string(control->ListCount()) +
+                                " items, no item " + line.words[3]);
             }
             actual = control->Items[static_cast<std::size_t>(index)];
             ok = actual == expected;
         }
         if (!ok) {
             return Fail(ExpectFailed, line,
-                        line.words[1] + " " + property + " is \"" + ForOutput(actual) + "\", expected \"" + expected +
-                            "\"");
+                        line.words[1] + " " + property + " is \"" + ForOutput(actual) +
+                            "\", expected \"" + expected + "\"");
         }
         return Done;
     }
@@ -352,7 +364,8 @@ int ScriptDriver::Perform(const Line& line) {
     // The remaining verbs are user actions: the control must be there to be used.
     if (!screen->Visible || !screen->IsShown(*control) || !control->Enabled) {
         return Fail(ExpectFailed, line,
-                    line.words[1] + " cannot be used: it is " + (!control->Enabled ? "disabled" : "not visible"));
+                    line.words[1] + " cannot be used: it is " +
+                        (!control->Enabled ? "disabled" : "not visible"));
     }
     auto findItem = [&](std::size_t word, int& index) {
         long long number = 0;
@@ -361,7 +374,8 @@ int ScriptDriver::Perform(const Line& line) {
             return index >= 0 && index < control->ListCount();
         }
         for (int i = 0; i < control->ListCount(); ++i) {
-            if (Unmarked(control->Items[static_cast<std::size_t>(i)]) == Unmarked(line.words[word])) {
+            if (Unmarked(control->Items[static_cast<std::size_t>(i)]) ==
+                Unmarked(line.words[word])) {
                 index = i;
                 return true;
             }
@@ -374,7 +388,8 @@ int ScriptDriver::Perform(const Line& line) {
     } else if (verb == "dblclick") {
         int index = -1;
         if (!findItem(2, index)) {
-            return Fail(ExpectFailed, line, "the list " + line.words[1] + " has no item " + line.words[2]);
+            return Fail(ExpectFailed, line,
+                        "the list " + line.words[1] + " has no item " + line.words[2]);
         }
         control->ListIndex = index;
         module_.DoubleClick(screenName, controlName, index);
@@ -383,12 +398,14 @@ int ScriptDriver::Perform(const Line& line) {
         for (std::size_t w = 2; w < line.words.size(); ++w) {
             int index = -1;
             if (!findItem(w, index)) {
-                return Fail(ExpectFailed, line, "the list " + line.words[1] + " has no item " + line.words[w]);
+                return Fail(ExpectFailed, line,
+                            "the list " + line.words[1] + " has no item " + line.words[w]);
             }
             indices.push_back(index);
         }
         for (int i = 0; i < control->ListCount(); ++i) {
-            control->SetHighlighted(i, std::find(indices.begin(), indices.end(), i) != indices.end());
+            control->SetHighlighted(i,
+                                    std::find(indices.begin(), indices.end(), i) != indices.end());
         }
         control->ListIndex = indices.back();
     } else if (verb == "check") {
@@ -400,7 +417,8 @@ int ScriptDriver::Perform(const Line& line) {
         }
         module_.Change(screenName, controlName);
     } else if (verb == "mouse") {
-        module_.MouseMove(screenName, controlName, std::stod(line.words[2]), std::stod(line.words[3]));
+        module_.MouseMove(screenName, controlName, std::stod(line.words[2]),
+                          std::stod(line.words[3]));
     } else if (verb == "dblclick-picture") {
         module_.PictureDoubleClick(screenName, controlName);
     }

@@ -21,7 +21,8 @@ public:
     // start runs the module's start-up; screenshot, when given, renders what the frame shows into
     // a PNG file (the "screenshot FILE" line).
     ScriptDriver(Module& module, ScriptedDialogs& dialogs, std::ostream& out, std::ostream& errors,
-                 std::function<void()> start, std::function<bool(const std::string&)> screenshot = {});
+                 std::function<void()> start,
+                 std::function<bool(const std::string&)> screenshot = {});
 
     void SetTrace(bool trace) { trace_ = trace; }
     int Run(std::istream& script);

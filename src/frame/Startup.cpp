@@ -21,7 +21,9 @@ namespace lorvane {
 
 namespace {
 
-std::string NativeText(const std::filesystem::path& path) { return path.string(); }
+std::string NativeText(const std::filesystem::path& path) {
+    return path.string();
+}
 
 // The first line of a file, or nothing when it cannot be read.
 std::optional<std::string> FirstLine(const std::filesystem::path& file) {
@@ -61,7 +63,8 @@ std::filesystem::path FirstFixedDriveRoot() {
     return "c:\\";
 #else
     const char* home = std::getenv("HOME");
-    return home != nullptr && *home != '\0' ? std::filesystem::path(home) : std::filesystem::path("/");
+    return home != nullptr && *home != '\0' ? std::filesystem::path(home)
+                                            : std::filesystem::path("/");
 #endif
 }
 
@@ -88,16 +91,19 @@ void SecondInstanceGuard(Module& module) {
             std::filesystem::remove(active, error);
             return;
         }
-        module.boxes().MessageBoxShort("A previous instance of Lorvane module " + name + " is running! End it first.",
+        module.boxes().MessageBoxShort("A previous instance of Lorvane module " + name +
+                                           " is running! End it first.",
                                        0, "Error!");
         throw ModuleEnded();
     }
-    if (module.WorkFolderGiven == 0 && module.platform().processes.previousInstanceRunning(module.ModuleName) &&
+    if (module.WorkFolderGiven == 0 &&
+        module.platform().processes.previousInstanceRunning(module.ModuleName) &&
         module.ModuleName != "LORVANE") {
         const std::string& name = module.ModuleName;
         module.boxes().MessageBoxShort(
-            "A previous instance of the Lorvane sub-program " + name + " is still running, in minimized form!\r\n" +
-                "If the " + name + " icon is visible, restore it and continue, or close it. Otherwise, " +
+            "A previous instance of the Lorvane sub-program " + name +
+                " is still running, in minimized form!\r\n" + "If the " + name +
+                " icon is visible, restore it and continue, or close it. Otherwise, " +
                 "minimize LORVANE, restore " + name + " or close it, and once " + name +
                 " is finished, restore LORVANE to continue. ",
             0, "A previous instance of LORVANE is still running!");
@@ -109,15 +115,16 @@ void SecondInstanceGuard(Module& module) {
     module.boxes().MessageBoxShort(std::string("This program will not run stand alone! ") +
                                        "It runs only via the main program (LORVANE.EXE). " +
                                        "Please read the instructions on how to run Lorvane! " +
-                                       "You can find them on web page " + "\"" + module.WebBase + "LORVANE.HTM\" " +
-                                       "or in Lorvane itself. ",
+                                       "You can find them on web page " + "\"" + module.WebBase +
+                                       "LORVANE.HTM\" " + "or in Lorvane itself. ",
                                    0, module.ModuleName + ".EXE");
 #ifdef _WIN32
     const std::filesystem::path program = module.StartFolder / "LORVANE.EXE";
 #else
     const std::filesystem::path program = module.StartFolder / "lorvane";
 #endif
-    module.platform().processes.start(NativeText(program), NativeText(module.WorkFolder), WindowStyle::Normal);
+    module.platform().processes.start(NativeText(program), NativeText(module.WorkFolder),
+                                      WindowStyle::Normal);
     throw ModuleEnded();
 }
 
@@ -137,7 +144,8 @@ void SetParameterBlock(Module& module) {
 }
 
 void ResolveStartFolder(Module& module, const std::filesystem::path& executableFolder) {
-    const std::optional<std::string> sysLine = FirstLine(FindFolded(executableFolder, "Lorvane.SYS"));
+    const std::optional<std::string> sysLine =
+        FirstLine(FindFolded(executableFolder, "Lorvane.SYS"));
     const StartFolderChoice choice = ChooseStartFolder(NativeText(executableFolder), sysLine);
     module.StartFolder = choice.Folder;
     module.StartDrive = choice.Drive;
@@ -255,7 +263,8 @@ void FrameResize(Module& module) {
     }
 }
 
-void ModuleEntry(Module& module, const std::string& commandLine, const std::filesystem::path& executableFolder) {
+void ModuleEntry(Module& module, const std::string& commandLine,
+                 const std::filesystem::path& executableFolder) {
     SetParameterBlock(module);
     const Screens& screens = module.platform().screens;
 
@@ -275,7 +284,8 @@ void ModuleEntry(Module& module, const std::string& commandLine, const std::file
         module.WorkFolder = defaultWork;
         standAlone = true;
     }
-    module.WorkFolderGiven = UpperCase(NativeText(module.WorkFolder)) == UpperCase(NativeText(defaultWork)) ? 0 : 1;
+    module.WorkFolderGiven =
+        UpperCase(NativeText(module.WorkFolder)) == UpperCase(NativeText(defaultWork)) ? 0 : 1;
     std::error_code error;
     std::filesystem::create_directories(module.WorkFolder, error);
 
@@ -310,7 +320,8 @@ void ModuleEntry(Module& module, const std::string& commandLine, const std::file
     if (standAlone) {
         StandAloneGuard(module);
     }
-    module.platform().random.seed(static_cast<std::uint32_t>(module.platform().clock.secondsSinceMidnight() * 1000));
+    module.platform().random.seed(
+        static_cast<std::uint32_t>(module.platform().clock.secondsSinceMidnight() * 1000));
 
     module.GoToScreen("SelVar1");
     module.TimerInterval = 2000;

@@ -10,7 +10,8 @@ class Module;
 // The process entry of the module: sets the parameter block and loads the frame, which
 // resolves the folders, passes the guards, opens the first screen and writes
 // ACTIVEMODULE.TXT. A guard that stops the start throws ModuleEnded.
-void ModuleEntry(Module& module, const std::string& commandLine, const std::filesystem::path& executableFolder);
+void ModuleEntry(Module& module, const std::string& commandLine,
+                 const std::filesystem::path& executableFolder);
 
 // The parts of the frame load, each usable on its own.
 void SetParameterBlock(Module& module);

@@ -58,7 +58,9 @@ void TextOutput::PrintLine(std::string_view text) {
     }
 }
 
-void TextOutput::WriteRecord(const CommaRecord& record) { PrintLine(record.Line()); }
+void TextOutput::WriteRecord(const CommaRecord& record) {
+    PrintLine(record.Line());
+}
 
 void TextOutput::Close() {
     stream_.close();
@@ -76,14 +78,17 @@ TextInput::TextInput(const std::filesystem::path& file) {
     content_.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
 }
 
-bool TextInput::AtEnd() const { return position_ >= content_.size(); }
+bool TextInput::AtEnd() const {
+    return position_ >= content_.size();
+}
 
 std::string TextInput::ReadLine() {
     if (AtEnd()) {
         Raise(InputPastEndOfFile);
     }
     const std::size_t end = content_.find('\n', position_);
-    std::string line = content_.substr(position_, end == std::string::npos ? std::string::npos : end - position_);
+    std::string line =
+        content_.substr(position_, end == std::string::npos ? std::string::npos : end - position_);
     position_ = end == std::string::npos ? content_.size() : end + 1;
     if (!line.empty() && line.back() == '\r') {
         line.pop_back();
@@ -145,7 +150,9 @@ double TextInput::ReadNumber() {
     return value;
 }
 
-Int16 TextInput::ReadWhole() { return CInt(ReadNumber()); }
+Int16 TextInput::ReadWhole() {
+    return CInt(ReadNumber());
+}
 
 std::vector<std::string> ReadLines(const std::filesystem::path& file, std::size_t maxLines) {
     TextInput input(file);

@@ -32,8 +32,8 @@ public:
     enum class Mode { Output, Append };
     TextOutput(const std::filesystem::path& file, Mode mode);
 
-    void PrintLine(std::string_view text);            // print form
-    void WriteRecord(const CommaRecord& record);      // comma form
+    void PrintLine(std::string_view text);       // print form
+    void WriteRecord(const CommaRecord& record); // comma form
     void Close();
 
 private:
@@ -51,8 +51,8 @@ public:
     std::string ReadLine();
     // The next comma-form field; line ends separate fields as commas do.
     std::string ReadField();
-    double ReadNumber();   // error 13 when the field is not a number; an empty field is 0
-    Int16 ReadWhole();     // a number rounded half to even into 16 bits
+    double ReadNumber(); // error 13 when the field is not a number; an empty field is 0
+    Int16 ReadWhole();   // a number rounded half to even into 16 bits
 
 private:
     std::string content_;

@@ -2,7 +2,8 @@
 
 namespace lorvane {
 
-void FindPart(std::string_view text, std::string_view part, Int16& first, Int16& last, Int16& found) {
+void FindPart(std::string_view text, std::string_view part, Int16& first, Int16& last,
+              Int16& found) {
     found = 0;
     if (part.size() > text.size()) {
         return;
@@ -16,7 +17,8 @@ void FindPart(std::string_view text, std::string_view part, Int16& first, Int16&
     last = first - 1 + static_cast<long long>(part.size());
 }
 
-void SplitAround(std::string_view text, std::string_view part, std::string& before, std::string& after, Int16& found) {
+void SplitAround(std::string_view text, std::string_view part, std::string& before,
+                 std::string& after, Int16& found) {
     Int16 first;
     Int16 last;
     FindPart(text, part, first, last, found);

@@ -28,7 +28,8 @@ std::optional<double> ParseNumberText(std::string_view text) {
     if (comma != std::string::npos && point != std::string::npos) {
         return std::nullopt;
     }
-    if (const std::size_t mark = comma != std::string::npos ? comma : point; mark != std::string::npos) {
+    if (const std::size_t mark = comma != std::string::npos ? comma : point;
+        mark != std::string::npos) {
         exponent -= static_cast<int>(Trim(mantissa.substr(mark + 1)).size());
         mantissa.erase(mark, 1);
     }
@@ -54,6 +55,8 @@ double TextToNumber(Module& module, std::string text) {
     }
 }
 
-double TextValue(Module& module, const std::string& text) { return TextToNumber(module, text); }
+double TextValue(Module& module, const std::string& text) {
+    return TextToNumber(module, text);
+}
 
 } // namespace lorvane

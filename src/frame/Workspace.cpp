@@ -11,9 +11,13 @@ std::filesystem::path Workspace::DataFile(std::string_view name) const {
     return DataSubfolder() / UpperCase(name);
 }
 
-std::filesystem::path Workspace::WorkFile(std::string_view name) const { return FindFolded(WorkFolder, name); }
+std::filesystem::path Workspace::WorkFile(std::string_view name) const {
+    return FindFolded(WorkFolder, name);
+}
 
-std::filesystem::path Workspace::StartFile(std::string_view name) const { return FindFolded(StartFolder, name); }
+std::filesystem::path Workspace::StartFile(std::string_view name) const {
+    return FindFolded(StartFolder, name);
+}
 
 std::string DataFileText(std::string_view name) {
     return (std::filesystem::path("LORVANE.DAT") / UpperCase(name)).string();
@@ -26,7 +30,8 @@ std::filesystem::path FindFolded(const std::filesystem::path& folder, std::strin
         return exact;
     }
     const std::string wanted = UpperCase(name);
-    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
+    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
+         it.increment(error)) {
         if (UpperCase(it->path().filename().string()) == wanted) {
             return it->path();
         }
@@ -62,7 +67,8 @@ int DeleteMatching(const std::filesystem::path& folder, std::string_view pattern
     std::error_code error;
     int deleted = 0;
     std::vector<std::filesystem::path> victims;
-    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
+    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
+         it.increment(error)) {
         if (it->is_regular_file(error) && WildcardMatch(pattern, it->path().filename().string())) {
             victims.push_back(it->path());
         }

@@ -99,10 +99,9 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
         a(i, n + i) = one;
     }
 
-    Decimal product; // decimal determinant
-    Decimal big;     // keeps its last value when 100 |A(i,i)| overflows
+    Decimal det = one; // the determinant, in decimal like the rest
+    Decimal big;       // keeps its last value when 100 |A(i,i)| overflows
     Decimal result;
-    product = one;
     std::vector<int> columns;
     columns.reserve(static_cast<std::size_t>(width));
 
@@ -144,8 +143,8 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
                 pivotRow[c - 1] = result;
             }
         }
-        if (Decimal::TryMultiply(product, pivot, result)) {
-            product = result;
+        if (Decimal::TryMultiply(det, pivot, result)) {
+            det = result;
         }
         NonzeroColumns(pivotRow, i + 1, width, columns);
         for (int r = i + 1; r <= n; ++r) {
@@ -169,7 +168,7 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
         }
     }
 
-    determinant = product.ToDouble();
+    determinant = det.ToDouble();
     EnsureSize(inverse, n);
     DecimalArray b(n, n);
     for (int i = 1; i <= n; ++i) {

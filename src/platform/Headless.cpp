@@ -50,11 +50,13 @@ std::string ScriptedDialogs::showMessage(const MessageBoxRequest& request) {
     const std::string box = "[box] " + OneLine(request.title) + " | " + OneLine(request.text);
     if (answers_.empty()) {
         Echo(box + " -> ?");
-        throw NoQueuedAnswer("no answer queued for the message box \"" + OneLine(request.title) + "\"");
+        throw NoQueuedAnswer("no answer queued for the message box \"" + OneLine(request.title) +
+                             "\"");
     }
     std::string answer = answers_.front();
     answers_.pop_front();
-    if (std::find(request.buttons.begin(), request.buttons.end(), answer) == request.buttons.end()) {
+    if (std::find(request.buttons.begin(), request.buttons.end(), answer) ==
+        request.buttons.end()) {
         Echo(box + " -> " + answer + "?");
         throw NoQueuedAnswer("the queued answer " + answer + " is not a button of the box \"" +
                              OneLine(request.title) + "\" (" + Joined(request.buttons) + ")");
@@ -67,7 +69,8 @@ std::optional<std::string> ScriptedDialogs::showInput(const InputBoxRequest& req
     const std::string box = "[input] " + OneLine(request.title) + " | " + OneLine(request.prompt);
     if (inputs_.empty()) {
         Echo(box + " -> ?");
-        throw NoQueuedAnswer("no input queued for the input box \"" + OneLine(request.title) + "\"");
+        throw NoQueuedAnswer("no input queued for the input box \"" + OneLine(request.title) +
+                             "\"");
     }
     std::optional<std::string> answer = inputs_.front();
     inputs_.pop_front();
@@ -79,7 +82,8 @@ double SystemClock::secondsSinceMidnight() const {
     const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
     const std::tm local = LocalNow();
     const double fraction =
-        static_cast<double>(std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch).count() % 1000) /
+        static_cast<double>(
+            std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch).count() % 1000) /
         1000.0;
     return local.tm_hour * 3600.0 + local.tm_min * 60.0 + local.tm_sec + fraction;
 }
@@ -96,9 +100,12 @@ float ClassicRandom::next() {
     return static_cast<float>(state_) / 16777216.0f;
 }
 
-void ClassicRandom::seed(std::uint32_t value) { state_ = value & 0xFFFFFFu; }
+void ClassicRandom::seed(std::uint32_t value) {
+    state_ = value & 0xFFFFFFu;
+}
 
-bool HeadlessProcesses::start(const std::string& program, const std::string& arguments, WindowStyle style) {
+bool HeadlessProcesses::start(const std::string& program, const std::string& arguments,
+                              WindowStyle style) {
     std::string request = "[start] " + program + (arguments.empty() ? "" : " " + arguments);
     if (style == WindowStyle::Maximised) {
         request += " (maximised)";
@@ -119,6 +126,8 @@ bool HeadlessProcesses::open(const std::string& fileOrAddress) {
     return true;
 }
 
-bool HeadlessProcesses::previousInstanceRunning(const std::string&) { return false; }
+bool HeadlessProcesses::previousInstanceRunning(const std::string&) {
+    return false;
+}
 
 } // namespace lorvane

@@ -81,7 +81,8 @@ private:
 class HeadlessProcesses : public Processes {
 public:
     explicit HeadlessProcesses(std::ostream* echo = nullptr) : echo_(echo) {}
-    bool start(const std::string& program, const std::string& arguments, WindowStyle style) override;
+    bool start(const std::string& program, const std::string& arguments,
+               WindowStyle style) override;
     bool open(const std::string& fileOrAddress) override;
     bool previousInstanceRunning(const std::string& moduleName) override;
 

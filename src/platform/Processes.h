@@ -10,7 +10,8 @@ class Processes {
 public:
     virtual ~Processes() = default;
     // Starts a program with a command line; false when it could not be started.
-    virtual bool start(const std::string& program, const std::string& arguments, WindowStyle style) = 0;
+    virtual bool start(const std::string& program, const std::string& arguments,
+                       WindowStyle style) = 0;
     // Opens a file or an address with the desktop's handler; false on failure.
     virtual bool open(const std::string& fileOrAddress) = 0;
     // Takes the advisory lock that marks this executable as running, for the life of the

@@ -9,14 +9,16 @@ namespace lorvane {
 
 namespace {
 
-constexpr const char* Reference =
-    "Reference: Bierens, H.J. (1997), \"Testing the unit root with drift hypothesis against nonlinear trend "
-    "stationarity, with an application to the US price level and interest rate\", Journal of Econometrics 81, "
-    "29-64.";
+constexpr const char* Reference = "Reference: Bierens, H.J. (1997), \"Testing the unit root with "
+                                  "drift hypothesis against nonlinear trend "
+                                  "stationarity, with an application to the US price level and "
+                                  "interest rate\", Journal of Econometrics 81, "
+                                  "29-64.";
 
 } // namespace
 
-ChebishevPol::ChebishevPol(Module& module) : Screen(module, "ChebishevPol", "Chebishev time polynomials") {
+ChebishevPol::ChebishevPol(Module& module)
+    : Screen(module, "ChebishevPol", "Chebishev time polynomials") {
     Add(ControlKind::Label, "Label1", " Chebishev time polynomials", 0, 0, 9600, 360);
     Add(ControlKind::Label, "Label2", "", 240, 480, 9120, 1500);
     Add(ControlKind::Label, "Label3", "q = ", 240, 2160, 600, 360);
@@ -35,17 +37,22 @@ ChebishevPol::ChebishevPol(Module& module) : Screen(module, "ChebishevPol", "Che
 void ChebishevPol::Load() {
     FontOfNotepadText((*this)("Text1"));
     if (module.Trend == 1) {
-        (*this)("Label2").Caption =
-            "Since you already have specified a linear time trend, you can augment d(t) with detrended Chebishev "
-            "polynomials. The detrended Chebishev polynomials of order 0 and 1 are the constant 1 and the "
-            "standardized linear time trend. Therefore, the maximum order 'q' of the detrended Chebishev polynomial "
-            "should be greater than 1. If you specify q = 1, no detrended Chebishev polynomials will be included.";
+        (*this)("Label2").Caption = "Since you already have specified a linear time trend, you can "
+                                    "augment d(t) with detrended Chebishev "
+                                    "polynomials. The detrended Chebishev polynomials of order 0 "
+                                    "and 1 are the constant 1 and the "
+                                    "standardized linear time trend. Therefore, the maximum order "
+                                    "'q' of the detrended Chebishev polynomial "
+                                    "should be greater than 1. If you specify q = 1, no detrended "
+                                    "Chebishev polynomials will be included.";
     } else {
-        (*this)("Label2").Caption =
-            "Since you have not specified a linear time trend, you can augment d(t) with regular Chebishev "
-            "polynomials. The regular Chebishev polynomial of order 0 is the constant 1. Therefore, the maximum "
-            "order 'q' of the Chebishev polynomial should be greater or equal to 1. If you specify q=0, no "
-            "Chebishev time polynomials will be included.";
+        (*this)("Label2").Caption = "Since you have not specified a linear time trend, you can "
+                                    "augment d(t) with regular Chebishev "
+                                    "polynomials. The regular Chebishev polynomial of order 0 is "
+                                    "the constant 1. Therefore, the maximum "
+                                    "order 'q' of the Chebishev polynomial should be greater or "
+                                    "equal to 1. If you specify q=0, no "
+                                    "Chebishev time polynomials will be included.";
     }
     module.q = ChebishevMinimum(module);
     (*this)("Text1").Caption = module.ModelText;
@@ -58,7 +65,9 @@ void ChebishevPol::Activate() {
     }
 }
 
-void ChebishevPol::ShowQ() { (*this)("qval").Caption = Trim(NumberToText(module.q)); }
+void ChebishevPol::ShowQ() {
+    (*this)("qval").Caption = Trim(NumberToText(module.q));
+}
 
 std::string ChebishevPol::AugmentationText() const {
     const bool detrended = module.Trend == 1;

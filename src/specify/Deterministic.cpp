@@ -15,7 +15,9 @@ int SeasonalCount(const Module& module) {
     return module.Intercept == 1 ? seasons - 1 : seasons;
 }
 
-bool Detrended(const Module& module) { return module.Trend == 1; }
+bool Detrended(const Module& module) {
+    return module.Trend == 1;
+}
 
 // The season of observation t: FirstPeriod at t = 1, back to 1 after PeriodsPerYear.
 int SeasonOf(const DataStore& store, int t) {
@@ -25,7 +27,9 @@ int SeasonOf(const DataStore& store, int t) {
 
 } // namespace
 
-int ChebishevMinimum(const Module& module) { return Detrended(module) ? 1 : 0; }
+int ChebishevMinimum(const Module& module) {
+    return Detrended(module) ? 1 : 0;
+}
 
 int ChebishevCount(const Module& module) {
     return module.ChebishevOn() == 1 ? std::max(0, module.q - ChebishevMinimum(module)) : 0;
@@ -46,7 +50,8 @@ std::vector<std::string> DeterministicNames(const Module& module) {
     }
     const int minimum = ChebishevMinimum(module);
     for (int k = minimum + 1; k <= minimum + ChebishevCount(module); ++k) {
-        names.push_back((Detrended(module) ? "Detr.Cheb.Pol(" : "Cheb.Pol(") + Trim(NumberToText(k)) + ")");
+        names.push_back((Detrended(module) ? "Detr.Cheb.Pol(" : "Cheb.Pol(") +
+                        Trim(NumberToText(k)) + ")");
     }
     return names;
 }
@@ -74,7 +79,9 @@ void BuildDeterministic(Module& module, int p) {
     const int n = last - first + 1 - p;
     for (int t = 1; t <= rows; ++t) {
         int column = 0;
-        auto put = [&](double value) { store.DetermData.Store(1, rowCount, columnCount, t, ++column, value); };
+        auto put = [&](double value) {
+            store.DetermData.Store(1, rowCount, columnCount, t, ++column, value);
+        };
         if (module.Intercept == 1) {
             put(1.0);
         }

@@ -78,7 +78,8 @@ bool ComputeCriteria(Module& module, int q, InformationCriteria& criteria) {
         }
         for (int i = 1; i <= k; ++i) {
             for (int j = 1; j <= k; ++j) {
-                S(i, j) += u[static_cast<std::size_t>(i - 1)] * u[static_cast<std::size_t>(j - 1)] / T;
+                S(i, j) +=
+                    u[static_cast<std::size_t>(i - 1)] * u[static_cast<std::size_t>(j - 1)] / T;
             }
         }
     }

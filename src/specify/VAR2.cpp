@@ -17,13 +17,16 @@ namespace {
 
 constexpr std::size_t ColumnWidth = 12;
 
-void Print(Control& text, const std::string& line) { text.Caption += line + "\r\n"; }
+void Print(Control& text, const std::string& line) {
+    text.Caption += line + "\r\n";
+}
 
 } // namespace
 
 VAR2::VAR2(Module& module) : Screen(module, "VAR2", "Order of the VAR") {
     Add(ControlKind::Label, "Label0", " The order p of the VAR", 0, 0, 9600, 360);
-    Add(ControlKind::Frame, "Frame1", "The (upperbound of the) order p of the VAR(p)", 240, 480, 9120, 1560);
+    Add(ControlKind::Frame, "Frame1", "The (upperbound of the) order p of the VAR(p)", 240, 480,
+        9120, 1560);
     AddIn("Frame1", ControlKind::Label, "Label1", "p =", 480, 840, 480, 300);
     AddIn("Frame1", ControlKind::TextBox, "pvalue", "", 960, 780, 720, 360).Locked = true;
     AddIn("Frame1", ControlKind::Button, "Command1", "p down", 1920, 780, 1200, 420);
@@ -31,8 +34,10 @@ VAR2::VAR2(Module& module) : Screen(module, "VAR2", "Order of the VAR") {
     AddIn("Frame1", ControlKind::Button, "Command5", "p OK", 4560, 780, 1200, 420);
     AddIn("Frame1", ControlKind::CheckBox, "Check1", "", 480, 1380, 8640, 360);
     Add(ControlKind::Label, "Label2",
-        "The Akaike, Hannan-Quinn, and Schwarz information criteria will enable you to determine the order of the "
-        "VAR. If you do not check this option, the specified upperbound of p will be chosen as the order of the VAR. "
+        "The Akaike, Hannan-Quinn, and Schwarz information criteria will enable you to determine "
+        "the order of the "
+        "VAR. If you do not check this option, the specified upperbound of p will be chosen as the "
+        "order of the VAR. "
         "This option is only avaliable if p > 1.",
         240, 2160, 9120, 720);
     Control& results = Add(ControlKind::TextBox, "Text1", "", 240, 3000, 9120, 2880);
@@ -70,12 +75,14 @@ void VAR2::ShowP() {
 }
 
 void VAR2::WarnAboutData() {
-    const int regressors = module.p * module.store().SelectedCount() + static_cast<int>(DeterministicNames(module).size());
+    const int regressors = module.p * module.store().SelectedCount() +
+                           static_cast<int>(DeterministicNames(module).size());
     const int observations = module.SampleLast - module.SampleFirst + 1;
     if (regressors >= 2.0 * observations / 3.0) {
-        module.boxes().MessageBoxShort("There may not be enough data available for this model. If you choose this p "
-                                       "or larger, Lorvane may crash!",
-                                       0, "WARNING!");
+        module.boxes().MessageBoxShort(
+            "There may not be enough data available for this model. If you choose this p "
+            "or larger, Lorvane may crash!",
+            0, "WARNING!");
     }
 }
 
@@ -83,7 +90,8 @@ void VAR2::PrintCriteria() {
     Control& text = (*this)("Text1");
     Control& best = (*this)("List1");
     Print(text, "Information criteria:");
-    Print(text, "  p" + RightAligned("Akaike", ColumnWidth) + RightAligned("Hannan-Quinn", ColumnWidth) +
+    Print(text, "  p" + RightAligned("Akaike", ColumnWidth) +
+                    RightAligned("Hannan-Quinn", ColumnWidth) +
                     RightAligned("Schwarz", ColumnWidth));
     // The running best of each criterion: its value and its order, kept for a further press.
     std::array<double, 3> bestValue{};
@@ -96,7 +104,8 @@ void VAR2::PrintCriteria() {
     InformationCriteria criteria;
     for (int q = 1; q <= module.p; ++q) {
         ComputeCriteria(module, q, criteria);
-        const std::array<double, 3> values = {criteria.Akaike, criteria.HannanQuinn, criteria.Schwarz};
+        const std::array<double, 3> values = {criteria.Akaike, criteria.HannanQuinn,
+                                              criteria.Schwarz};
         std::string row = RightAligned(Trim(NumberToText(q)), 3);
         for (std::size_t c = 0; c < 3; ++c) {
             row += RightAligned(FormatNumber(values[c], "0.00000E+00"), ColumnWidth);

@@ -16,7 +16,8 @@ VAR3::VAR3(Module& module) : Screen(module, "VAR3", "Zero restrictions") {
     Add(ControlKind::Label, "Label3", "", 5040, 480, 4320, 300);
     Add(ControlKind::ListBox, "List2", "", 5040, 780, 4320, 1920);
     Add(ControlKind::Label, "Label4",
-        "A zero in the matrices A(k) at the (i,j)'s entry indicates that variable  j does not Granger cause "
+        "A zero in the matrices A(k) at the (i,j)'s entry indicates that variable  j does not "
+        "Granger cause "
         "variable i.",
         5040, 2760, 4320, 600);
     Add(ControlKind::Label, "Label5", "i =", 5040, 3540, 600, 300);
@@ -68,13 +69,17 @@ void VAR3::Activate() {
     }
 }
 
-int VAR3::Index(const char* box) const { return static_cast<int>(Val((*this)(box).Caption)); }
+int VAR3::Index(const char* box) const {
+    return static_cast<int>(Val((*this)(box).Caption));
+}
 
 char& VAR3::Element(int i, int j) {
     return pattern_[static_cast<std::size_t>(i - 1)][static_cast<std::size_t>(j - 1)];
 }
 
-void VAR3::ShowElement() { (*this)("aij").Caption = std::string(1, Element(Index("Index1"), Index("Index2"))); }
+void VAR3::ShowElement() {
+    (*this)("aij").Caption = std::string(1, Element(Index("Index1"), Index("Index2")));
+}
 
 void VAR3::ShowRow(int i) {
     std::string row;

@@ -7,7 +7,8 @@
 namespace lorvane {
 
 VARDetermin::VARDetermin(Module& module) : Screen(module, "VARDetermin", "Deterministic part") {
-    Add(ControlKind::Label, "Label0", " Specify the deterministic part d(t) of the VAR", 0, 0, 9600, 360);
+    Add(ControlKind::Label, "Label0", " Specify the deterministic part d(t) of the VAR", 0, 0, 9600,
+        360);
     Control& text = Add(ControlKind::TextBox, "Text1", "", 240, 480, 6120, 5400);
     text.MultiLine = true;
     text.Locked = true;

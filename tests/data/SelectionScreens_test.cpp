@@ -37,8 +37,8 @@ protected:
 TEST_F(SelectionTest, TheTypicalRoadOnTheExampleData) {
     StartWithE1();
     const Control& available = control("SelVar1", "List2");
-    EXPECT_EQ(available.Items,
-              (std::vector<std::string>{"invest", "income", "cons", "dlinvest", "dlincome", "dlcons"}));
+    EXPECT_EQ(available.Items, (std::vector<std::string>{"invest", "income", "cons", "dlinvest",
+                                                         "dlincome", "dlcons"}));
     EXPECT_EQ(control("SelVar1", "Label0").Caption, " Select the variables in your VAR model");
     EXPECT_EQ(control("SelVar1", "Label3").Caption, "Select minimal 2 variables.");
     EXPECT_FALSE(control("SelVar1", "Command1").Enabled);
@@ -55,8 +55,8 @@ TEST_F(SelectionTest, TheTypicalRoadOnTheExampleData) {
     ASSERT_EQ(module().CurrentScreen, "SelObs");
     EXPECT_EQ(control("SelObs", "Label1").Caption, " Selected variables in the VAR model");
     EXPECT_EQ(control("SelObs", "List1").Items,
-              (std::vector<std::string>{"Selected variables:", "", "dlinvest", "dlincome", "dlcons", "",
-                                        "First available observation: t = 2 (=1960.2)",
+              (std::vector<std::string>{"Selected variables:", "", "dlinvest", "dlincome", "dlcons",
+                                        "", "First available observation: t = 2 (=1960.2)",
                                         "Last available observation: t = 92 (=1982.4)"}));
 
     Click("SELOBS", "SubsetYes");
@@ -84,7 +84,8 @@ TEST_F(SelectionTest, TheTypicalRoadOnTheExampleData) {
 
     Click("SELOBS", "Continue");
     ASSERT_EQ(module().CurrentScreen, "SelvarYInfo");
-    EXPECT_EQ(control("SelvarYInfo", "Label0").Caption, " Characteristics of the dependent variables");
+    EXPECT_EQ(control("SelvarYInfo", "Label0").Caption,
+              " Characteristics of the dependent variables");
     const std::vector<std::string> firstBlock = {"dlinvest",
                                                  "  First available observation = 2 (=1960.2)",
                                                  "  Last available observation  = 92 (=1982.4)",
@@ -106,8 +107,10 @@ TEST_F(SelectionTest, TheTypicalRoadOnTheExampleData) {
     Click("SelvarYInfo", "Command1");
     const std::string expected =
         "Selected variables:\r\n\r\ndlinvest\r\ndlincome\r\ndlcons\r\n\r\n"
-        "First available observation: t = 2 (=1960.2)\r\nLast available observation: t = 92 (=1982.4)\r\n"
-        "First chosen observation: t = 2 (=1960.2)\r\nLast chosen observation: t = 76 (=1978.4)\r\n\r\n"
+        "First available observation: t = 2 (=1960.2)\r\nLast available observation: t = 92 "
+        "(=1982.4)\r\n"
+        "First chosen observation: t = 2 (=1960.2)\r\nLast chosen observation: t = 76 "
+        "(=1978.4)\r\n\r\n"
         "Dependent variables:\r\n\r\nY(1) = dlinvest\r\nY(2) = dlincome\r\nY(3) = dlcons\r\n\r\n"
         "Characteristics:\r\n\r\n";
     EXPECT_EQ(module().ResultText.substr(0, expected.size()), expected);
@@ -126,7 +129,8 @@ TEST_F(SelectionTest, ReselectionOrderAndHighlightedItems) {
     available.SetHighlighted(2, true);
     Click("SelVar1", "Command3");
     // Highlighted items leave their place and come back at the end, in list order.
-    EXPECT_EQ(control("SelVar1", "List1").Items, (std::vector<std::string>{"income", "invest", "cons"}));
+    EXPECT_EQ(control("SelVar1", "List1").Items,
+              (std::vector<std::string>{"income", "invest", "cons"}));
     for (int i = 0; i < 6; ++i) {
         available.SetHighlighted(i, true);
     }
@@ -141,7 +145,8 @@ TEST_F(SelectionTest, ReselectionOrderAndHighlightedItems) {
 TEST_F(SelectionTest, OneVariableCannotMakeAModel) {
     StartWith("x\n1\n2\n3\n");
     const std::string note = control("SelVar1", "Label2").Caption;
-    EXPECT_EQ(note, "Available variable:\r\n\r\nx\r\n\r\n However, you have to select 1 variable more, which is not "
+    EXPECT_EQ(note, "Available variable:\r\n\r\nx\r\n\r\n However, you have to select 1 variable "
+                    "more, which is not "
                     "possible. Therefore, you cannot continue!");
     EXPECT_FALSE(control("SelVar1", "List2").Enabled);
     EXPECT_FALSE(control("SelVar1", "Command1").Enabled);
@@ -155,7 +160,8 @@ TEST_F(SelectionTest, DuplicateNamesLoadTheFirstTwice) {
     data.Names = {"a", "b", "a"};
     data.Columns = {{1, 2}, {10, 20}, {100, 200}};
     WriteDataFiles(data, test.Root() / "work");
-    module().Run([&] { ModuleEntry(module(), (test.Root() / "work").string(), test.Root() / "start"); });
+    module().Run(
+        [&] { ModuleEntry(module(), (test.Root() / "work").string(), test.Root() / "start"); });
     DoubleClick(0);
     DoubleClick(2);
     Click("SelVar1", "Command1");
@@ -169,7 +175,8 @@ TEST_F(SelectionTest, NoObservationInCommon) {
     DoubleClick(1);
     Click("SelVar1", "Command1");
     EXPECT_EQ(module().CurrentScreen, "SelVar1");
-    EXPECT_EQ(control("SelVar1", "Label4").Caption, "The chosen variables have no valid observations in common!");
+    EXPECT_EQ(control("SelVar1", "Label4").Caption,
+              "The chosen variables have no valid observations in common!");
     EXPECT_FALSE(control("SelVar1", "Command1").Enabled);
     EXPECT_TRUE(control("SelVar1", "Command4").Enabled);
     Click("SelVar1", "Command4");
@@ -182,8 +189,9 @@ TEST_F(SelectionTest, AGapInsideATimeSeriesStartsAgain) {
     DoubleClick(0);
     DoubleClick(1);
     Click("SelVar1", "Command1");
-    EXPECT_EQ(test.dialogs().Shown().back(), "[box] Error in data file | Missing variables are only allowed at the "
-                                             "beginning and/or end of the data file for time series data! -> OK");
+    EXPECT_EQ(test.dialogs().Shown().back(),
+              "[box] Error in data file | Missing variables are only allowed at the "
+              "beginning and/or end of the data file for time series data! -> OK");
     EXPECT_EQ(module().CurrentScreen, "SelVar1");
     EXPECT_FALSE(module().Ended());
 }
@@ -193,7 +201,8 @@ TEST_F(SelectionTest, GapsInACrossSectionAreCountedOnly) {
     DoubleClick(0);
     DoubleClick(1);
     Click("SelVar1", "Command1");
-    EXPECT_EQ(control("SELOBS", "List1").Items.back(), "Number of missing variables in between:  1");
+    EXPECT_EQ(control("SELOBS", "List1").Items.back(),
+              "Number of missing variables in between:  1");
     Click("SELOBS", "SubsetNo");
     Click("SELOBS", "SubsetNo");
     EXPECT_FALSE(screen("SELOBS").IsShown(control("SELOBS", "SubsetYes")));
@@ -242,8 +251,8 @@ TEST_F(SelectionTest, AConstantVariableEndsTheModule) {
     Click("SELOBS", "SubsetNo");
     Click("SELOBS", "Continue");
     EXPECT_TRUE(module().Ended());
-    EXPECT_EQ(test.dialogs().Shown().back(),
-              "[box] Error in module VAR | Variable b is constant (5)! Module VAR will be terminated. -> OK");
+    EXPECT_EQ(test.dialogs().Shown().back(), "[box] Error in module VAR | Variable b is constant "
+                                             "(5)! Module VAR will be terminated. -> OK");
 }
 
 TEST_F(SelectionTest, AnAlmostConstantVariableAndTheKindsOfVariable) {
@@ -262,9 +271,11 @@ TEST_F(SelectionTest, AnAlmostConstantVariableAndTheKindsOfVariable) {
     EXPECT_EQ(report[25], "  This variable is integer valued.");
     EXPECT_TRUE(module().Ended());
     // Values below the resolution of the number text show as 0.
-    EXPECT_EQ(test.dialogs().Shown().back(), "[box] Error in module VAR | Variable c is almost constant (min = 0, "
-                                             "max = 0)! Module VAR will be terminated. -> OK");
+    EXPECT_EQ(test.dialogs().Shown().back(),
+              "[box] Error in module VAR | Variable c is almost constant (min = 0, "
+              "max = 0)! Module VAR will be terminated. -> OK");
     // Values below the resolution of the number text show as 0.
-    EXPECT_EQ(test.dialogs().Shown().back(), "[box] Error in module VAR | Variable c is almost constant (min = 0, "
-                                             "max = 0)! Module VAR will be terminated. -> OK");
+    EXPECT_EQ(test.dialogs().Shown().back(),
+              "[box] Error in module VAR | Variable c is almost constant (min = 0, "
+              "max = 0)! Module VAR will be terminated. -> OK");
 }

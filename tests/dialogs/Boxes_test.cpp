@@ -9,8 +9,10 @@ using lorvane::test::TestModule;
 
 TEST(Boxes, ButtonSetsAndTheirResults) {
     const std::vector<std::vector<std::string>> sets = {
-        {"OK"}, {"OK", "Cancel"}, {"Abort", "Retry", "Ignore"}, {"Yes", "No", "Cancel"}, {"Yes", "No"}, {"Retry", "Cancel"}};
-    const std::vector<std::vector<int>> results = {{1}, {1, 2}, {3, 4, 5}, {6, 7, 2}, {6, 7}, {4, 2}};
+        {"OK"},        {"OK", "Cancel"},   {"Abort", "Retry", "Ignore"}, {"Yes", "No", "Cancel"},
+        {"Yes", "No"}, {"Retry", "Cancel"}};
+    const std::vector<std::vector<int>> results = {{1},       {1, 2}, {3, 4, 5},
+                                                   {6, 7, 2}, {6, 7}, {4, 2}};
     for (int type = 0; type <= 5; ++type) {
         EXPECT_EQ(Boxes::ButtonSet(type), sets[static_cast<std::size_t>(type)]) << type;
         for (std::size_t b = 0; b < sets[static_cast<std::size_t>(type)].size(); ++b) {
@@ -71,7 +73,8 @@ TEST(WrapText, FoldsAtBlanksAndCutsLongWords) {
     EXPECT_EQ(WrapText("", 8), "");
     EXPECT_EQ(WrapText("a\r\n\r\nb", 8), "a\r\n\r\nb");
     // Measured in other units: each character two wide.
-    EXPECT_EQ(WrapText("ab cd", 4, [](std::string_view s) { return 2.0 * static_cast<double>(s.size()); }),
+    EXPECT_EQ(WrapText("ab cd", 4,
+                       [](std::string_view s) { return 2.0 * static_cast<double>(s.size()); }),
               "ab\r\ncd");
 }
 
@@ -87,7 +90,8 @@ TEST(Boxes, LaidOutWithShortenedTitleAndFoldedText) {
     test.module().boxes().MessageBoxFull(word, 0, std::string(100, 'T'));
     const MessageBoxRequest& shown = test.dialogs().LastMessage();
     EXPECT_EQ(shown.shownTitle, std::string(54, 'T') + "..");
-    EXPECT_EQ(shown.shownText, word.substr(0, 64) + "\r\n" + word.substr(64, 64) + "\r\n" + word.substr(128));
+    EXPECT_EQ(shown.shownText,
+              word.substr(0, 64) + "\r\n" + word.substr(64, 64) + "\r\n" + word.substr(128));
     EXPECT_EQ(shown.text, word);
 
     // An empty text gives a box with only its title.

@@ -14,7 +14,11 @@ TEST(Int16, StoringOutsideSixteenBitsIsOverflow) {
     EXPECT_EQ(n, 32767);
     Int16 m = -32768;
     EXPECT_EQ(ErrorNumberOf([&] { m -= 1; }), Overflow);
-    EXPECT_EQ(ErrorNumberOf([] { Int16 product = 200 * 200; (void)product; }), Overflow);
+    EXPECT_EQ(ErrorNumberOf([] {
+                  Int16 product = 200 * 200;
+                  (void)product;
+              }),
+              Overflow);
     Int16 sum = 30000;
     sum += 2767;
     EXPECT_EQ(sum, 32767);

@@ -56,9 +56,10 @@ TEST_F(NavigationTest, GoToScreenReplacesEverythingAndActivatesOnce) {
     EXPECT_TRUE(screen.Visible);
     EXPECT_EQ(screen.Width, 9600);
     EXPECT_EQ(screen.Height, 7200);
-    EXPECT_EQ(events(), (std::vector<std::string>{"SELVAR1 load", "SELVAR1 activate 1", "SELSS1 load",
-                                                  "SELSS1 activate 1", "SELSS1 unload", "SELVAR1 unload",
-                                                  "SELOBS load", "SELOBS activate 1"}));
+    EXPECT_EQ(events(),
+              (std::vector<std::string>{"SELVAR1 load", "SELVAR1 activate 1", "SELSS1 load",
+                                        "SELSS1 activate 1", "SELSS1 unload", "SELVAR1 unload",
+                                        "SELOBS load", "SELOBS activate 1"}));
     // The table is matched in upper case: "SelObs" is the screen SELOBS.
     EXPECT_EQ(module().LoadedScreen("SelObs"), module().LoadedScreen("SELOBS"));
 }
@@ -115,7 +116,8 @@ TEST_F(NavigationTest, AHandlerMayGoOnAfterLeavingItsScreen) {
 
 TEST_F(NavigationTest, StartAgainWipesWorkFilesOnly) {
     const auto folder = module().DataSubfolder();
-    for (const char* name : {"VARZERO.TMP", "route.tmp", "OUTPUT.TXT", "INPUT1.RAN", "INPUT2.RAN", "OUTPUT.TMP"}) {
+    for (const char* name :
+         {"VARZERO.TMP", "route.tmp", "OUTPUT.TXT", "INPUT1.RAN", "INPUT2.RAN", "OUTPUT.TMP"}) {
         WriteFile(folder / name, "x\r\n");
     }
     module().Intercept = 0;
@@ -151,8 +153,9 @@ TEST_F(NavigationTest, ModuleEndHandsBackToTheMainProgram) {
     EXPECT_FALSE(module().Failure());
     EXPECT_FALSE(std::filesystem::exists(active));
     ASSERT_EQ(test.processes().Requests().size(), 1u);
-    EXPECT_EQ(test.processes().Requests()[0],
-              "[start] \"" + (module().StartFolder / "lorvane").string() + "\" " + module().WorkFolder.string());
+    EXPECT_EQ(test.processes().Requests()[0], "[start] \"" +
+                                                  (module().StartFolder / "lorvane").string() +
+                                                  "\" " + module().WorkFolder.string());
     // Nothing runs after the end.
     module().Run([&] { module().GoToScreen("SelVar1"); });
     EXPECT_EQ(module().CurrentScreen, "");

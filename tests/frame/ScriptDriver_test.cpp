@@ -21,9 +21,9 @@ protected:
 
     int Run(const std::string& script, std::vector<std::string> screens = {"SelVar1", "SelObs"}) {
         test.module().UseScreenTable(ProbeTable(std::move(screens)));
-        ScriptDriver driver(
-            test.module(), test.dialogs(), out, errors,
-            [this] { ModuleEntry(test.module(), (test.Root() / "work").string(), test.Root() / "start"); });
+        ScriptDriver driver(test.module(), test.dialogs(), out, errors, [this] {
+            ModuleEntry(test.module(), (test.Root() / "work").string(), test.Root() / "start");
+        });
         std::istringstream in(script);
         return driver.Run(in);
     }
@@ -54,11 +54,16 @@ TEST_F(ScriptDriverTest, WalksTheScreensAndChecksWhatItSees) {
                          "expect-screen SelObs\n");
     EXPECT_EQ(code, ScriptDriver::Done) << errors.str();
     EXPECT_EQ(out.str(), "alpha\n* beta\ngamma(*)\n");
-    const std::vector<std::string> expected = {"SELVAR1 load",          "SELVAR1 activate 1",
-                                               "SELVAR1 dblclick List1 1", "SELVAR1 dblclick List1 2",
-                                               "SELVAR1 change Text1 two words", "SELVAR1 click Check1",
-                                               "SELVAR1 click Command1", "SELVAR1 unload",
-                                               "SELOBS load",           "SELOBS activate 1"};
+    const std::vector<std::string> expected = {"SELVAR1 load",
+                                               "SELVAR1 activate 1",
+                                               "SELVAR1 dblclick List1 1",
+                                               "SELVAR1 dblclick List1 2",
+                                               "SELVAR1 change Text1 two words",
+                                               "SELVAR1 click Check1",
+                                               "SELVAR1 click Command1",
+                                               "SELVAR1 unload",
+                                               "SELOBS load",
+                                               "SELOBS activate 1"};
     EXPECT_EQ(ProbeScreen::Events(), expected);
     // The end of the script removes ACTIVEMODULE.TXT and starts nothing.
     EXPECT_FALSE(std::filesystem::exists(test.Root() / "work" / "ACTIVEMODULE.TXT"));
@@ -85,11 +90,15 @@ TEST_F(ScriptDriverTest, BadLinesAreRefusedBeforeAnythingRuns) {
 TEST_F(ScriptDriverTest, BadLineForms) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"click Command1", "line 1: click takes SCREEN.CONTROL: click Command1\n"},
-        {"answer Maybe", "line 1: answer takes one of OK, Cancel, Abort, Retry, Ignore, Yes, No: answer Maybe\n"},
-        {"expect SelVar1.List1 size 3", "line 1: unknown property size (caption, visible, enabled, count, item, "
-                                        "contains): expect SelVar1.List1 size 3\n"},
-        {"type SelVar1.Text1 \"open", "line 1: a quoted text has no closing quote: type SelVar1.Text1 \"open\n"},
-        {"check SelVar1.Check1 2", "line 1: check takes SCREEN.CONTROL 0 or 1: check SelVar1.Check1 2\n"},
+        {"answer Maybe",
+         "line 1: answer takes one of OK, Cancel, Abort, Retry, Ignore, Yes, No: answer Maybe\n"},
+        {"expect SelVar1.List1 size 3",
+         "line 1: unknown property size (caption, visible, enabled, count, item, "
+         "contains): expect SelVar1.List1 size 3\n"},
+        {"type SelVar1.Text1 \"open",
+         "line 1: a quoted text has no closing quote: type SelVar1.Text1 \"open\n"},
+        {"check SelVar1.Check1 2",
+         "line 1: check takes SCREEN.CONTROL 0 or 1: check SelVar1.Check1 2\n"},
         {"click SelVar1.Nothing", "line 1: the screen SelVar1 has no control Nothing\n"},
     };
     for (const auto& [script, message] : cases) {
@@ -102,7 +111,8 @@ TEST_F(ScriptDriverTest, BadLineForms) {
 TEST_F(ScriptDriverTest, ABoxWithoutAnAnswerGivesThree) {
     WriteFile(test.Root() / "work" / "ACTIVEMODULE.TXT", "\"VAR\"\r\n");
     EXPECT_EQ(Run("expect-screen SelVar1\n"), ScriptDriver::NoAnswer);
-    EXPECT_EQ(test.Echo(), "[box] Error! | A previous instance of Lorvane module VAR is running! End it first. -> ?\n");
+    EXPECT_EQ(test.Echo(), "[box] Error! | A previous instance of Lorvane module VAR is running! "
+                           "End it first. -> ?\n");
 }
 
 TEST_F(ScriptDriverTest, AnswersBeforeTheFirstActionServeTheStart) {
@@ -113,5 +123,6 @@ TEST_F(ScriptDriverTest, AnswersBeforeTheFirstActionServeTheStart) {
 
 TEST_F(ScriptDriverTest, ARunTimeErrorGivesFourAndItsMessage) {
     EXPECT_EQ(Run("click SelVar1.Command1\n", {"SelVar1"}), ScriptDriver::RunTimeError);
-    EXPECT_EQ(out.str(), "Run-time error '91':\n\nObject variable or With block variable not set\n");
+    EXPECT_EQ(out.str(),
+              "Run-time error '91':\n\nObject variable or With block variable not set\n");
 }

@@ -124,13 +124,15 @@ TEST_F(StartupTest, WithoutWorkFolderTheModuleWillNotRunAlone) {
     EXPECT_EQ(module().WorkFolder, Exe() / "TEMP");
     EXPECT_TRUE(std::filesystem::is_directory(Exe() / "TEMP"));
     ASSERT_EQ(test.dialogs().Shown().size(), 1u);
-    EXPECT_EQ(test.dialogs().Shown()[0],
-              "[box] VAR.EXE | This program will not run stand alone! It runs only via the main program "
-              "(LORVANE.EXE). Please read the instructions on how to run Lorvane! You can find them on web page "
-              "\"https://lorvane.example/LORVANE.HTM\" or in Lorvane itself.  -> OK");
+    EXPECT_EQ(
+        test.dialogs().Shown()[0],
+        "[box] VAR.EXE | This program will not run stand alone! It runs only via the main program "
+        "(LORVANE.EXE). Please read the instructions on how to run Lorvane! You can find them on "
+        "web page "
+        "\"https://lorvane.example/LORVANE.HTM\" or in Lorvane itself.  -> OK");
     ASSERT_EQ(test.processes().Requests().size(), 1u);
-    EXPECT_EQ(test.processes().Requests()[0], "[start] " + (Exe() / "lorvane").string() + " " +
-                                                  (Exe() / "TEMP").string());
+    EXPECT_EQ(test.processes().Requests()[0],
+              "[start] " + (Exe() / "lorvane").string() + " " + (Exe() / "TEMP").string());
     EXPECT_FALSE(std::filesystem::exists(Exe() / "TEMP" / "ACTIVEMODULE.TXT"));
 }
 
@@ -148,7 +150,9 @@ TEST_F(StartupTest, StartDirNamingAGoneFolderIsWrittenAnew) {
     std::filesystem::create_directories(elsewhere);
     const std::string record = "\"" + elsewhere.string() + "\"\r\n";
     WriteFile(second.Root() / "work" / "STARTDIR", record);
-    second.module().Run([&] { ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start"); });
+    second.module().Run([&] {
+        ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start");
+    });
     EXPECT_EQ(second.module().DataFolder.string(), elsewhere.string() + "/");
     EXPECT_EQ(ReadFile(second.Root() / "work" / "STARTDIR.TMP"), record);
 }
@@ -158,8 +162,9 @@ TEST_F(StartupTest, ARunningModuleStopsTheStartAndItsFileStays) {
     test.dialogs().QueueAnswer("OK");
     Start(Work().string());
     EXPECT_TRUE(module().Ended());
-    EXPECT_EQ(test.dialogs().Shown()[0],
-              "[box] Error! | A previous instance of Lorvane module VAR is running! End it first. -> OK");
+    EXPECT_EQ(
+        test.dialogs().Shown()[0],
+        "[box] Error! | A previous instance of Lorvane module VAR is running! End it first. -> OK");
     EXPECT_EQ(ReadFile(Work() / "ACTIVEMODULE.TXT"), "\"VAR\"\r\n");
     EXPECT_TRUE(test.processes().Requests().empty());
     EXPECT_EQ(module().CurrentScreen, "");
@@ -168,7 +173,9 @@ TEST_F(StartupTest, ARunningModuleStopsTheStartAndItsFileStays) {
     TestModule second;
     second.module().UseScreenTable(ProbeTable({"SelVar1"}));
     WriteFile(second.Root() / "work" / "ACTIVEMODULE.TXT", "");
-    second.module().Run([&] { ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start"); });
+    second.module().Run([&] {
+        ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start");
+    });
     EXPECT_FALSE(second.module().Ended());
     EXPECT_EQ(second.module().CurrentScreen, "SelVar1");
 }
@@ -208,7 +215,9 @@ TEST_F(StartupTest, FullSizeAndFramePositionOnALargerScreen) {
     second.screens().height = 14400;
     WriteFile(second.Root() / "work" / "TOPLEFT.TXT", "\"120\",\"240\"\r\n");
     WriteFile(second.Root() / "work" / "fullsize.txt", "1\r\n");
-    second.module().Run([&] { ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start"); });
+    second.module().Run([&] {
+        ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start");
+    });
     EXPECT_EQ(second.module().FullSize, 1);
     EXPECT_EQ(second.module().FrameState, WindowState::Maximised);
     EXPECT_EQ(second.module().FrameTop, 0);
@@ -219,7 +228,9 @@ TEST_F(StartupTest, FullSizeAndFramePositionOnALargerScreen) {
     third.module().UseScreenTable(ProbeTable({"SelVar1"}));
     WriteFile(third.Root() / "work" / "fullsize.txt", "1\r\n");
     WriteFile(third.Root() / "work" / "TOPLEFT.TXT", "120,240\r\n");
-    third.module().Run([&] { ModuleEntry(third.module(), (third.Root() / "work").string(), third.Root() / "start"); });
+    third.module().Run([&] {
+        ModuleEntry(third.module(), (third.Root() / "work").string(), third.Root() / "start");
+    });
     EXPECT_EQ(third.module().FullSize, 0);
     EXPECT_EQ(third.module().FrameTop, 120);
     EXPECT_EQ(third.module().FrameLeft, 240);

@@ -51,7 +51,8 @@ TEST(TextFiles, MissingFilesAndFolders) {
     TempFolder temp;
     EXPECT_EQ(ErrorNumberOf([&] { TextInput in(temp.Path() / "none"); }), FileNotFound);
     EXPECT_EQ(ErrorNumberOf([&] { TextInput in(temp.Path()); }), FileNotFound);
-    EXPECT_EQ(ErrorNumberOf([&] { TextOutput out(temp.Path() / "no" / "file", TextOutput::Mode::Output); }),
+    EXPECT_EQ(ErrorNumberOf(
+                  [&] { TextOutput out(temp.Path() / "no" / "file", TextOutput::Mode::Output); }),
               PathFileAccessError);
     WriteFile(temp.Path() / "empty", "");
     WriteFile(temp.Path() / "one", "\r\n");

@@ -35,12 +35,13 @@ TEST(TextToNumber, InvalidTextIsAskedAgainUntilItReads) {
     test.dialogs().QueueInput("2,5");
     EXPECT_EQ(TextToNumber(test.module(), "1.234,5"), 2.5);
     ASSERT_EQ(test.dialogs().Shown().size(), 4u);
-    EXPECT_EQ(test.dialogs().Shown()[0],
-              "[box] Error in reading text as number | Text string\\n1.234,5\\nis not a valid number! -> Retry");
-    EXPECT_EQ(test.dialogs().Shown()[1], "[input] Error in reading text as number | Text string\\n1.234,5\\nis not a "
-                                         "valid number! Try again.  -> \"1.2.3x\"");
-    EXPECT_EQ(test.dialogs().Shown()[2],
-              "[box] Error in reading text as number | Text string\\n1.2.3x\\nis not a valid number! -> Retry");
+    EXPECT_EQ(test.dialogs().Shown()[0], "[box] Error in reading text as number | Text "
+                                         "string\\n1.234,5\\nis not a valid number! -> Retry");
+    EXPECT_EQ(test.dialogs().Shown()[1],
+              "[input] Error in reading text as number | Text string\\n1.234,5\\nis not a "
+              "valid number! Try again.  -> \"1.2.3x\"");
+    EXPECT_EQ(test.dialogs().Shown()[2], "[box] Error in reading text as number | Text "
+                                         "string\\n1.2.3x\\nis not a valid number! -> Retry");
 }
 
 TEST(TextToNumber, CancelEndsTheModuleAndHandsBackToTheMainProgram) {

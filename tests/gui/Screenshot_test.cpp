@@ -68,11 +68,13 @@ private slots:
 
         // A missing folder is made; a place that cannot be a folder fails.
         QDir(OutputFile("made")).removeRecursively();
-        QVERIFY(gui::SaveScreenshot(fixture.frame(), OutputFile("made/screenshot.png").toStdString()));
+        QVERIFY(
+            gui::SaveScreenshot(fixture.frame(), OutputFile("made/screenshot.png").toStdString()));
         QFile blocker(OutputFile("blocker"));
         QVERIFY(blocker.open(QIODevice::WriteOnly));
         blocker.close();
-        QVERIFY(!gui::SaveScreenshot(fixture.frame(), OutputFile("blocker/screenshot.png").toStdString()));
+        QVERIFY(!gui::SaveScreenshot(fixture.frame(),
+                                     OutputFile("blocker/screenshot.png").toStdString()));
     }
 
     void theScriptDriverTakesScreenshots() {

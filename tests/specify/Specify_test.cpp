@@ -10,8 +10,8 @@
 #include "support/Reference.h"
 
 using namespace lorvane;
-using lorvane::test::E1Reference;
 using lorvane::test::Ctl;
+using lorvane::test::E1Reference;
 using lorvane::test::ReadFile;
 using lorvane::test::StartWith;
 using lorvane::test::TestModule;
@@ -71,7 +71,8 @@ std::vector<double> Column(const Module& module, int j) {
 
 TEST(Deterministic, NamesAndColumnsOnQuarterlyData) {
     TestModule test;
-    StartWith(test, "date,a,b\n1990Q3,1,2\n1990Q4,2,1\n1991Q1,3,5\n1991Q2,4,3\n1991Q3,5,1\n1991Q4,1,7\n");
+    StartWith(test,
+              "date,a,b\n1990Q3,1,2\n1990Q4,2,1\n1991Q1,3,5\n1991Q2,4,3\n1991Q3,5,1\n1991Q4,1,7\n");
     Module& module = test.module();
     module.store().ReadHeader(module.DataFile("INPUT1.RAN"));
     module.SampleFirst = 1;
@@ -81,7 +82,8 @@ TEST(Deterministic, NamesAndColumnsOnQuarterlyData) {
     module.Seasonal = 1;
     BuildDeterministic(module, 1);
     EXPECT_EQ(DeterministicNames(module),
-              (std::vector<std::string>{"1", "t (1990.3=1)", "Seasonal dummy 1", "Seasonal dummy 2", "Seasonal dummy 3"}));
+              (std::vector<std::string>{"1", "t (1990.3=1)", "Seasonal dummy 1", "Seasonal dummy 2",
+                                        "Seasonal dummy 3"}));
     EXPECT_EQ(module.store().DetermCount(), 5);
     EXPECT_EQ(Column(module, 1), (std::vector<double>{1, 1, 1, 1, 1, 1}));
     EXPECT_EQ(Column(module, 2), (std::vector<double>{1, 2, 3, 4, 5, 6}));
@@ -91,19 +93,22 @@ TEST(Deterministic, NamesAndColumnsOnQuarterlyData) {
 
     module.Intercept = 0;
     module.Trend = 0;
-    EXPECT_EQ(DeterministicNames(module), (std::vector<std::string>{"Seasonal dummy 1", "Seasonal dummy 2",
-                                                                    "Seasonal dummy 3", "Seasonal dummy 4"}));
+    EXPECT_EQ(DeterministicNames(module),
+              (std::vector<std::string>{"Seasonal dummy 1", "Seasonal dummy 2", "Seasonal dummy 3",
+                                        "Seasonal dummy 4"}));
     module.Seasonal = 0;
     BuildDeterministic(module, 1);
     EXPECT_EQ(module.store().DetermCount(), 0);
-    EXPECT_NE(VarModelText(module).find("where d(t) is a vector of deterministic variables:\r\nd(t)="),
-              std::string::npos);
+    EXPECT_NE(
+        VarModelText(module).find("where d(t) is a vector of deterministic variables:\r\nd(t)="),
+        std::string::npos);
     EXPECT_EQ(VarModelText(module).substr(VarModelText(module).size() - 5), "d(t)=");
 }
 
 TEST(Deterministic, AnnualTrendAndChebishevColumnsOverTheEffectiveSample) {
     TestModule test;
-    StartWith(test, "year,a,b\n1961,1,2\n1962,2,1\n1963,3,5\n1964,4,3\n1965,5,1\n1966,1,7\n1967,2,2\n");
+    StartWith(test,
+              "year,a,b\n1961,1,2\n1962,2,1\n1963,3,5\n1964,4,3\n1965,5,1\n1966,1,7\n1967,2,2\n");
     Module& module = test.module();
     module.store().ReadHeader(module.DataFile("INPUT1.RAN"));
     module.SampleFirst = 2;
@@ -113,8 +118,9 @@ TEST(Deterministic, AnnualTrendAndChebishevColumnsOverTheEffectiveSample) {
     module.SetChebishevOn(1);
     module.q = 3;
     BuildDeterministic(module, 2);
-    EXPECT_EQ(DeterministicNames(module),
-              (std::vector<std::string>{"1", "t (1961=1)", "Detr.Cheb.Pol(2)", "Detr.Cheb.Pol(3)"}));
+    EXPECT_EQ(
+        DeterministicNames(module),
+        (std::vector<std::string>{"1", "t (1961=1)", "Detr.Cheb.Pol(2)", "Detr.Cheb.Pol(3)"}));
     const double missing = module.store().MissingCode;
     const std::vector<double> order3 = Column(module, 4);
     // Effective sample t = 4..7, four positions.
@@ -125,7 +131,8 @@ TEST(Deterministic, AnnualTrendAndChebishevColumnsOverTheEffectiveSample) {
 
     module.Trend = 0;
     module.q = 2;
-    EXPECT_EQ(DeterministicNames(module), (std::vector<std::string>{"1", "Cheb.Pol(1)", "Cheb.Pol(2)"}));
+    EXPECT_EQ(DeterministicNames(module),
+              (std::vector<std::string>{"1", "Cheb.Pol(1)", "Cheb.Pol(2)"}));
     module.q = 0;
     EXPECT_EQ(DeterministicNames(module), (std::vector<std::string>{"1"}));
 }
@@ -150,10 +157,12 @@ TEST(VAR2, CriteriaTableAndChosenOrders) {
     TestModule test;
     WalkToVARDetermin(test);
     Module& module = test.module();
-    EXPECT_EQ(Ctl(module, "VARDetermin", "Text1").Caption,
-              "Vector time series: z(t), with components:\r\nz(t, 1) = dlinvest\r\nz(t, 2) = dlincome\r\n"
-              "z(t, 3) = dlcons\r\n\r\nVAR(p) model:\r\nz(t) = A(1)z(t-1) + ... +A(p)z(t-p) + B.d(t) + u(t),\r\n"
-              "where d(t) is a vector of deterministic variables:\r\nd(t)=1");
+    EXPECT_EQ(
+        Ctl(module, "VARDetermin", "Text1").Caption,
+        "Vector time series: z(t), with components:\r\nz(t, 1) = dlinvest\r\nz(t, 2) = dlincome\r\n"
+        "z(t, 3) = dlcons\r\n\r\nVAR(p) model:\r\nz(t) = A(1)z(t-1) + ... +A(p)z(t-p) + B.d(t) + "
+        "u(t),\r\n"
+        "where d(t) is a vector of deterministic variables:\r\nd(t)=1");
     module.Click("VARDetermin", "Command5");
     ASSERT_EQ(module.CurrentScreen, "VAR2");
     for (int i = 0; i < 3; ++i) {
@@ -163,14 +172,15 @@ TEST(VAR2, CriteriaTableAndChosenOrders) {
               "Compute the Akaike, Hannan-Quinn, and Schwarz information criteria for p = 1,..,4");
     Ctl(module, "VAR2", "Check1").Value = 1;
     module.Click("VAR2", "Command5");
-    EXPECT_EQ(Ctl(module, "VAR2", "Text1").Caption, "Chosen VAR(p) order: p = 4\r\n"
-                                               "Information criteria:\r\n"
-                                               "  p      AkaikeHannan-Quinn     Schwarz\r\n"
-                                               "  1-2.44124E+01-2.42633E+01-2.40387E+01\r\n"
-                                               "  2-2.45494E+01-2.42869E+01-2.38905E+01\r\n"
-                                               "  3-2.43452E+01-2.39676E+01-2.33966E+01\r\n"
-                                               "  4-2.42730E+01-2.37787E+01-2.30301E+01\r\n"
-                                               "p =           2           2           1\r\n\r\n");
+    EXPECT_EQ(Ctl(module, "VAR2", "Text1").Caption,
+              "Chosen VAR(p) order: p = 4\r\n"
+              "Information criteria:\r\n"
+              "  p      AkaikeHannan-Quinn     Schwarz\r\n"
+              "  1-2.44124E+01-2.42633E+01-2.40387E+01\r\n"
+              "  2-2.45494E+01-2.42869E+01-2.38905E+01\r\n"
+              "  3-2.43452E+01-2.39676E+01-2.33966E+01\r\n"
+              "  4-2.42730E+01-2.37787E+01-2.30301E+01\r\n"
+              "p =           2           2           1\r\n\r\n");
     EXPECT_EQ(Ctl(module, "VAR2", "Check1").Value, 0);
     module.Click("VAR2", "Command1");
     module.Click("VAR2", "Command1");
@@ -198,8 +208,9 @@ TEST(VAR2, WarnsWhenTheDataMayNotCarryTheModel) {
     test.dialogs().QueueAnswer("OK");
     module.Click("VAR2", "Command2");
     // R = 2 x 2 + 1 = 5 regressors against 2/3 of N = 6 observations.
-    EXPECT_EQ(test.dialogs().Shown().back(), "[box] WARNING! | There may not be enough data available for this "
-                                             "model. If you choose this p or larger, Lorvane may crash! -> OK");
+    EXPECT_EQ(test.dialogs().Shown().back(),
+              "[box] WARNING! | There may not be enough data available for this "
+              "model. If you choose this p or larger, Lorvane may crash! -> OK");
     EXPECT_FALSE(module.Ended());
 }
 
@@ -221,11 +232,13 @@ TEST(VAR3, ThePatternFileFollowsWhatIsShown) {
     module.Click("VAR3", "Command3");
     EXPECT_EQ(Ctl(module, "VAR3", "Index1").Caption, "3");
     EXPECT_EQ(Ctl(module, "VAR3", "aij").Caption, "0");
-    EXPECT_EQ(Ctl(module, "VAR3", "List2").Items, (std::vector<std::string>{"1 1 1 ", "0 1 1 ", "0 1 1 "}));
+    EXPECT_EQ(Ctl(module, "VAR3", "List2").Items,
+              (std::vector<std::string>{"1 1 1 ", "0 1 1 ", "0 1 1 "}));
     EXPECT_EQ(ReadFile(file), "1\r\n1\r\n1\r\n0\r\n1\r\n1\r\n0\r\n1\r\n1\r\n");
     module.Click("VAR3", "Command3");
     EXPECT_EQ(ReadFile(file), "1\r\n1\r\n1\r\n0\r\n1\r\n1\r\n1\r\n1\r\n1\r\n");
     module.Click("VAR3", "Command1");
-    EXPECT_NE(module.ModelText.find("Zeros in matrices A(1), A(2): (1 = nonzero)\r\n1 1 1 \r\n0 1 1 \r\n1 1 1 \r\n"),
+    EXPECT_NE(module.ModelText.find(
+                  "Zeros in matrices A(1), A(2): (1 = nonzero)\r\n1 1 1 \r\n0 1 1 \r\n1 1 1 \r\n"),
               std::string::npos);
 }

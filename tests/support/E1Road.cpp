@@ -5,12 +5,15 @@
 
 namespace lorvane::test {
 
-std::string E1Csv() { return ReadFile(std::filesystem::path(LORVANE_SHARED_DIR) / "data" / "e1.csv"); }
+std::string E1Csv() {
+    return ReadFile(std::filesystem::path(LORVANE_SHARED_DIR) / "data" / "e1.csv");
+}
 
 void StartWith(TestModule& test, const std::string& csv) {
     WriteDataFiles(ParseCsv(csv, {}), test.Root() / "work");
     Module& module = test.module();
-    module.Run([&] { ModuleEntry(module, (test.Root() / "work").string(), test.Root() / "start"); });
+    module.Run(
+        [&] { ModuleEntry(module, (test.Root() / "work").string(), test.Root() / "start"); });
 }
 
 void WalkToVARDetermin(TestModule& test) {

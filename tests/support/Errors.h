@@ -5,8 +5,7 @@
 namespace lorvane::test {
 
 // The number of the run-time error that call raises, or 0.
-template <typename Call>
-int ErrorNumberOf(Call&& call) {
+template <typename Call> int ErrorNumberOf(Call&& call) {
     try {
         call();
     } catch (const RuntimeError& error) {

@@ -9,7 +9,8 @@ std::vector<std::string>& ProbeScreen::Events() {
     return events;
 }
 
-ProbeScreen::ProbeScreen(Module& module, std::string name) : Screen(module, std::move(name), "Probe") {
+ProbeScreen::ProbeScreen(Module& module, std::string name)
+    : Screen(module, std::move(name), "Probe") {
     Add(ControlKind::Label, "Label0", "", 0, 0, 9600, 300);
     Add(ControlKind::Button, "Command1", "Next", 7000, 6000, 1200, 400);
     Add(ControlKind::Button, "Command2", "Back", 8300, 6000, 1200, 400);
@@ -22,13 +23,18 @@ ProbeScreen::ProbeScreen(Module& module, std::string name) : Screen(module, std:
     Add(ControlKind::TextBox, "Text1", "", 3500, 600, 5000, 3000);
 }
 
-void ProbeScreen::Load() { Events().push_back(UpperCase(Name()) + " load"); }
-
-void ProbeScreen::Activate() {
-    Events().push_back(UpperCase(Name()) + " activate " + std::to_string(module.ActivateCount.Value()));
+void ProbeScreen::Load() {
+    Events().push_back(UpperCase(Name()) + " load");
 }
 
-void ProbeScreen::Unload() { Events().push_back(UpperCase(Name()) + " unload"); }
+void ProbeScreen::Activate() {
+    Events().push_back(UpperCase(Name()) + " activate " +
+                       std::to_string(module.ActivateCount.Value()));
+}
+
+void ProbeScreen::Unload() {
+    Events().push_back(UpperCase(Name()) + " unload");
+}
 
 void ProbeScreen::Click(Control& control) {
     Events().push_back(UpperCase(Name()) + " click " + control.Name);
@@ -40,7 +46,8 @@ void ProbeScreen::Click(Control& control) {
 }
 
 void ProbeScreen::DoubleClick(Control& control, int item) {
-    Events().push_back(UpperCase(Name()) + " dblclick " + control.Name + " " + std::to_string(item));
+    Events().push_back(UpperCase(Name()) + " dblclick " + control.Name + " " +
+                       std::to_string(item));
 }
 
 void ProbeScreen::Change(Control& control) {
