@@ -112,10 +112,6 @@ void VARSUR::ReactToSingularity() {
 }
 
 void VARSUR::Click(Control& control) {
-    // The order of the steps rests on the enabled buttons: a disabled one does nothing.
-    if (!control.Enabled) {
-        return;
-    }
     const std::string& name = control.Name;
     if (name == "Command3") {
         RunOLS();

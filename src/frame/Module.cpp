@@ -262,15 +262,20 @@ namespace {
 
 template <typename Handler>
 std::function<void()> OnControl(Module& module, std::string_view screenName,
-                                std::string_view controlName, Handler handler) {
-    return
-        [&module, screen = std::string(screenName), control = std::string(controlName), handler] {
-            Screen* target = module.LoadedScreen(screen);
-            if (target == nullptr) {
-                throw RuntimeError(SubscriptOutOfRange, "Screen " + screen + " is not loaded");
-            }
-            handler(*target, (*target)(control));
-        };
+                                std::string_view controlName, Handler handler, bool byUser = true) {
+    return [&module, screen = std::string(screenName), control = std::string(controlName), handler,
+            byUser] {
+        Screen* target = module.LoadedScreen(screen);
+        if (target == nullptr) {
+            throw RuntimeError(SubscriptOutOfRange, "Screen " + screen + " is not loaded");
+        }
+        // A control the user cannot see or use takes no events: the order of the steps of
+        // a screen rests on which of its buttons are enabled.
+        Control& used = (*target)(control);
+        if (!byUser || (target->IsShown(used) && used.Enabled)) {
+            handler(*target, used);
+        }
+    };
 }
 
 } // namespace
@@ -297,7 +302,8 @@ void Module::PictureDoubleClick(std::string_view screen, std::string_view contro
 }
 
 void Module::Tick(std::string_view screen, std::string_view control) {
-    Run(OnControl(*this, screen, control, [](Screen& s, Control& c) { s.Tick(c); }));
+    Run(OnControl(
+        *this, screen, control, [](Screen& s, Control& c) { s.Tick(c); }, false));
 }
 
 } // namespace lorvane
