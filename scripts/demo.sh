@@ -15,5 +15,8 @@ build/release/app/import/lorvane-import examples/e1.csv "$work"
 QT_QPA_PLATFORM=offscreen build/release/app/module/VAR --script examples/demo.var "$work"
 
 echo
-echo "The log of the analysis: $work/LORVANE.DAT/OUTPUT.TXT"
-ls "$work"/LORVANE.DAT/IRP*.BMP 2>/dev/null | sed 's/^/A picture: /' || true
+echo "The demo is done. The log of the analysis:"
+echo "  $work/LORVANE.DAT/OUTPUT.TXT"
+echo "The plots of the innovation responses, one bitmap each:"
+ls "$work"/LORVANE.DAT/IRP*.BMP | sed 's/^/  /'
+echo "The same work folder on the desktop: build/release/app/module/VAR $work"

@@ -177,7 +177,8 @@ void ScreenView::build(const Control& control) {
     case ControlKind::TextBox:
         if (control.MultiLine) {
             auto* text = new QPlainTextEdit(this);
-            text->setLineWrapMode(QPlainTextEdit::NoWrap);
+            text->setLineWrapMode(control.WordWrap ? QPlainTextEdit::WidgetWidth
+                                                   : QPlainTextEdit::NoWrap);
             text->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
             text->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
             connect(text, &QPlainTextEdit::textChanged, this, [this, name, text] {

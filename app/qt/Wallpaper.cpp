@@ -20,6 +20,10 @@ Wallpaper::Wallpaper(Module& module, QWidget* parent) : QWidget(parent), module_
                  static_cast<int>(module_.FrameHeight / TwipsPerPixel));
     timer_.setInterval(2000);
     connect(&timer_, &QTimer::timeout, this, &Wallpaper::tick);
+    // A picture shows the surface its screen draws on.
+    pictures_ = [](const Screen&, const Control& control) {
+        return dynamic_cast<const QtSurface*>(control.Drawing.get());
+    };
 }
 
 Wallpaper::~Wallpaper() = default;

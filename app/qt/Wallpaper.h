@@ -30,7 +30,8 @@ public:
     // Shows the frame by itself as soon as the module has set its geometry (the desktop front end;
     // a headless run leaves it hidden).
     void setAutoShow(bool on) { autoShow_ = on; }
-    // Where pictures find their surfaces.
+    // Where pictures find their surfaces: by default the surface of the picture control
+    // (Control::Drawing) when it is one of the desktop's.
     void setPictureSource(PictureSource source) { pictures_ = std::move(source); }
 
     // One user action against the module, then afterEvent().

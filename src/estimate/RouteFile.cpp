@@ -1,5 +1,6 @@
 #include "estimate/RouteFile.h"
 
+#include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "frame/TextFile.h"
 #include "frame/Workspace.h"
@@ -12,9 +13,10 @@ void WriteRoute(const Workspace& workspace, std::string_view word) {
     out.Close();
 }
 
-std::string ReadRoute(const Workspace& workspace) {
-    TextInput input(workspace.DataFile("ROUTE.TMP"));
-    return UpperCase(Trim(input.ReadField()));
+std::string ReadRoute(Module& module) {
+    TextInput input(module.DataFile("ROUTE.TMP"));
+    module.Route = UpperCase(Trim(input.ReadField()));
+    return module.Route;
 }
 
 } // namespace lorvane

@@ -5,6 +5,7 @@
 
 namespace lorvane {
 
+class Module;
 struct Workspace;
 
 // The words of ROUTE.TMP, which tells later screens which estimates are in force.
@@ -13,7 +14,7 @@ inline constexpr std::string_view RouteMaximumLikelihood = "NSVARML";
 
 // ROUTE.TMP: one record, the route word in double quotes.
 void WriteRoute(const Workspace& workspace, std::string_view word);
-// The word of ROUTE.TMP, trimmed and in upper case.
-std::string ReadRoute(const Workspace& workspace);
+// The word of ROUTE.TMP, trimmed and in upper case; it is kept as the module's Route.
+std::string ReadRoute(Module& module);
 
 } // namespace lorvane

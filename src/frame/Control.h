@@ -1,11 +1,14 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "frame/Int16.h"
 
 namespace lorvane {
+
+class Surface;
 
 enum class ControlKind {
     Label,
@@ -44,8 +47,10 @@ struct Control {
     bool Bold = false;
     // A label decorated as the screen's heading.
     bool Heading = false;
-    // Text boxes: several lines, read-only, with scroll bars.
+    // Text boxes: several lines, read-only, with scroll bars; prose folds its lines at the box's
+    // edge, reports and tables keep theirs.
     bool MultiLine = false;
+    bool WordWrap = false;
     bool Locked = false;
     // List boxes: their items, the current item (-1 for none) and the highlighted items.
     std::vector<std::string> Items;
@@ -56,6 +61,9 @@ struct Control {
     Int16 Value;
     // Timers: the interval in milliseconds, 0 when off.
     int Interval = 0;
+    // Pictures: the surface drawn on, made by the screen through the platform's surfaces; the
+    // view shows it. Empty for every other control.
+    std::shared_ptr<Surface> Drawing;
 
     // Sets the text of a text box; false (and nothing changes) when it exceeds TextLimit.
     bool SetText(std::string text);

@@ -41,6 +41,10 @@ struct ModelFields {
     // the sentence on the Chebishev polynomials that joins it while they are in d(t).
     std::string ModelText;
     std::string ChebishevText;
+    // The word of ROUTE.TMP as last read: which estimates are in force.
+    std::string Route;
+    // The largest horizon of the innovation responses.
+    Int16 InnovationHorizon;
 
     void ResetModel() {
         Intercept = 1;

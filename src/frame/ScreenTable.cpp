@@ -8,12 +8,15 @@
 #include "data/SELSS1.h"
 #include "data/SelVar1.h"
 #include "data/SelvarYInfo.h"
+#include "dialogs/GuidedTour.h"
 #include "estimate/VARSUR.h"
 #include "estimate/VWaldT2.h"
 #include "frame/NumberText.h"
 #include "frame/Screen.h"
+#include "innovation/APicPrn.h"
 #include "innovation/VARDECOMP.h"
 #include "innovation/VARIR2.h"
+#include "innovation/VIRPlot2.h"
 #include "specify/ChebishevPol.h"
 #include "specify/VAR2.h"
 #include "specify/VAR3.h"
@@ -40,7 +43,9 @@ constexpr std::array<std::string_view, 23> Names = {
 
 const std::map<std::string, Factory, std::less<>>& Factories() {
     static const std::map<std::string, Factory, std::less<>> factories = {
+        {"APICPRN", Make<APicPrn>()},
         {"CHEBISHEVPOL", Make<ChebishevPol>()},
+        {"GUIDEDTOUR", Make<GuidedTour>()},
         {"SELOBS", Make<SELOBS>()},
         {"SELSS1", Make<SELSS1>()},
         {"SELVAR1", Make<SelVar1>()},
@@ -53,6 +58,7 @@ const std::map<std::string, Factory, std::less<>>& Factories() {
         {"VARSTR1", Make<VARSTR1>()},
         {"VARSTR2", Make<VARSTR2>()},
         {"VARSUR", Make<VARSUR>()},
+        {"VIRPLOT2", Make<VIRPlot2>()},
         {"VWALDT2", Make<VWaldT2>()},
     };
     return factories;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "dialogs/GuidedTour.h"
 #include "frame/DrivePaths.h"
 #include "frame/Module.h"
 #include "frame/ModuleEnded.h"
@@ -325,6 +326,7 @@ void ModuleEntry(Module& module, const std::string& commandLine,
 
     module.GoToScreen("SelVar1");
     module.TimerInterval = 2000;
+    TourTest(module);
     module.WriteActiveModule();
 }
 

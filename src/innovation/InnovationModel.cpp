@@ -103,16 +103,26 @@ InnovationModel ReadInnovationModel(const Workspace& workspace, int n, int p, do
     }
 
     model.LPattern = ReadPattern(workspace.DataFile("VARLPAT.TMP"), n);
+    model.NL = model.LPattern.Ones();
+    // Without a successful FIML the file ends with the coefficients' variance: L then comes
+    // from VARL.TMP, and its variance, unknown, adds nothing to the standard errors.
+    const bool lInFile = names > static_cast<int>(isLag.size());
+    const int lColumns = lInFile ? model.NL.Value() : 0;
     model.L.Resize(n, n);
+    TextInput lFile(workspace.DataFile("VARL.TMP"));
+    if (!lInFile) {
+        lFile.ReadWhole();
+    }
     for (int i = 1; i <= n; ++i) {
         for (int j = 1; j <= n; ++j) {
-            if (model.LPattern(i, j) == 1) {
+            if (!lInFile) {
+                model.L(i, j) = lFile.ReadNumber();
+            } else if (model.LPattern(i, j) == 1) {
                 model.L(i, j) = input.ReadNumber();
             }
         }
         done();
     }
-    model.NL = model.LPattern.Ones();
 
     model.VA.Resize(model.NA, model.NA);
     int r = 0;
@@ -126,14 +136,14 @@ InnovationModel ReadInnovationModel(const Workspace& workspace, int n, int p, do
                 model.VA(r, c) = value;
             }
         }
-        for (int l = 1; l <= model.NL; ++l) {
+        for (int l = 1; l <= lColumns; ++l) {
             input.ReadNumber();
         }
         done();
     }
 
     model.VL.Resize(model.NL, model.NL);
-    for (int row = 1; row <= model.NL; ++row) {
+    for (int row = 1; row <= lColumns; ++row) {
         for (std::size_t c = 0; c < isLag.size(); ++c) {
             input.ReadNumber();
         }

@@ -59,7 +59,7 @@ VARIR2::VARIR2(Module& module)
 
 void VARIR2::Load() {
     FontOfNotepadText((*this)("Text2"));
-    InnovationHorizon = SmallestHorizon;
+    module.InnovationHorizon = SmallestHorizon;
     ShowHorizon();
     (*this)("Command3").Visible = false;
     (*this)("Text2").Caption =
@@ -79,9 +79,6 @@ void VARIR2::Activate() {
 }
 
 void VARIR2::Click(Control& control) {
-    if (!control.Enabled || !IsShown(control)) {
-        return;
-    }
     const std::string& name = control.Name;
     if (name == "Command1") {
         try {
@@ -101,20 +98,21 @@ void VARIR2::Click(Control& control) {
 }
 
 void VARIR2::ShowHorizon() {
-    (*this)("Label1").Caption = "Innovation response horizon =" + NumberToText(InnovationHorizon);
+    (*this)("Label1").Caption =
+        "Innovation response horizon =" + NumberToText(module.InnovationHorizon);
 }
 
 void VARIR2::ChangeHorizon(int step) {
     try {
-        InnovationHorizon += step;
+        module.InnovationHorizon += step;
     } catch (const RuntimeError& error) {
         if (error.Number() != Overflow) {
             throw;
         }
-        InnovationHorizon = SmallestHorizon;
+        module.InnovationHorizon = SmallestHorizon;
     }
-    if (InnovationHorizon < SmallestHorizon) {
-        InnovationHorizon = SmallestHorizon;
+    if (module.InnovationHorizon < SmallestHorizon) {
+        module.InnovationHorizon = SmallestHorizon;
     }
     ShowHorizon();
 }
@@ -159,7 +157,7 @@ void VARIR2::Start() {
     const DataStore& store = module.store();
     const int n = store.SelectedCount();
     const int p = module.p;
-    const int H = InnovationHorizon;
+    const int H = module.InnovationHorizon;
     const double T = module.SampleLast - (module.SampleFirst + p) + 1;
     const int d = DeterministicTermCount({module.Intercept, module.Trend, module.Seasonal,
                                           store.PeriodsPerYear, ChebishevCount(module)});

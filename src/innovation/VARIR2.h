@@ -19,9 +19,6 @@ public:
     void Activate() override;
     void Click(Control& control) override;
 
-    // H, the largest horizon of the responses.
-    Int16 InnovationHorizon;
-
 private:
     void ShowHorizon();
     void ChangeHorizon(int step);
@@ -35,7 +32,7 @@ private:
     // The report of the last Start.
     std::string report_;
     // The status line's stage text, the start time of the computation in seconds since
-    // midnight, and the whole seconds last shown.
+    // midnight, and the whole seconds last shown behind the stage (-1: none yet).
     std::string stage_;
     double start_ = 0;
     double shownSeconds_ = -1;

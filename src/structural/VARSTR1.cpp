@@ -117,6 +117,7 @@ VARSTR1::VARSTR1(Module& module)
     Add(ControlKind::Label, "Label0", " Nonstructural VAR versus structural VAR", 0, 0, 9600, 360);
     Control& text = Add(ControlKind::TextBox, "Text1", "", 240, 480, 9120, 5460);
     text.MultiLine = true;
+    text.WordWrap = true;
     text.Locked = true;
     Add(ControlKind::Button, "Command1", "Nonstructural VAR", 240, 6120, 2040, 420);
     Add(ControlKind::Button, "Command2", "Structural VAR", 2400, 6120, 2040, 420);

@@ -25,6 +25,7 @@ VARSTR2::VARSTR2(Module& module)
         360);
     Control& text = Add(ControlKind::TextBox, "Text1", "", 240, 480, 8520, 5040);
     text.MultiLine = true;
+    text.WordWrap = true;
     text.Locked = true;
     Add(ControlKind::Button, "Command1", "Edit and print text via NotePad", 240, 5700, 3000, 420);
     Add(ControlKind::Button, "Command2", "Add text to LORVANE.DAT\\OUTPUT.TXT", 3360, 5700, 3600,

@@ -161,9 +161,8 @@ TEST(E1Innovation, ResponsesErrorsAndDecompositionAgreeWithTheReference) {
     Ctl(module, "VARDECOMP", "Check1").Value = 1;
     module.Click("VARDECOMP", "Command1");
     EXPECT_EQ(test::ReadFile(log), before + "\r\n" + text + "\r\n\r\n" + decomposition + "\r\n");
-    // The plots are not part of this build yet.
-    ASSERT_TRUE(module.Failure().has_value());
-    EXPECT_EQ(module.Failure()->Number(), 91);
+    EXPECT_FALSE(module.Failure().has_value());
+    EXPECT_EQ(module.CurrentScreen, "VIRPlot2");
 }
 
 } // namespace

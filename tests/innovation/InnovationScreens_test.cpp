@@ -64,7 +64,7 @@ TEST_F(VARIR2Screen, LoadAndHorizonButtons) {
     module().Click("VARIR2", "Command5");
     module().Click("VARIR2", "Command4");
     EXPECT_EQ(Of("Label1").Caption, "Innovation response horizon = 11");
-    Screen().InnovationHorizon = 32767;
+    module().InnovationHorizon = 32767;
     module().Click("VARIR2", "Command5");
     EXPECT_EQ(Of("Label1").Caption, "Innovation response horizon = 10");
     EXPECT_FALSE(module().Ended());
@@ -105,7 +105,7 @@ TEST_F(VARIR2Screen, StartRunsOncePerVisit) {
     EXPECT_EQ(ReadFile(module().DataFile("VARIR2.TMP")), "");
 
     // Continue without "Store output" leaves the log alone, and missing plot files are no
-    // failure. The next screen shows the decomposition; the plots are not there yet.
+    // failure. The next screen shows the decomposition.
     module().Click("VARIR2", "Command3");
     ASSERT_EQ(module().CurrentScreen, "VARDECOMP");
     EXPECT_FALSE(std::filesystem::exists(module().DataFile("OUTPUT.TXT")));
@@ -116,15 +116,16 @@ TEST_F(VARIR2Screen, StartRunsOncePerVisit) {
                           "Column 2: Contribution (%) of the innovation in\r\n          x\r\n"));
     EXPECT_NE(table.find("\r\n   1   2   3\r\n------------\r\n   0 100   0\r\n"),
               std::string::npos);
+    // The plots read the responses that the second press above emptied.
     module().Click("VARDECOMP", "Command1");
     ASSERT_TRUE(module().Failure().has_value());
-    EXPECT_EQ(module().Failure()->Number(), 91);
+    EXPECT_EQ(module().Failure()->Number(), InputPastEndOfFile);
     EXPECT_FALSE(std::filesystem::exists(module().DataFile("OUTPUT.TXT")));
 }
 
 TEST_F(VARIR2Screen, FullTextBoxWarnsAndTheLogGetsEverything) {
     Open();
-    Screen().InnovationHorizon = 200;
+    module().InnovationHorizon = 200;
     test.dialogs().QueueAnswer("OK");
     module().Click("VARIR2", "Command1");
     ASSERT_FALSE(module().Ended()) << Failure();
@@ -146,21 +147,37 @@ TEST_F(VARIR2Screen, FullTextBoxWarnsAndTheLogGetsEverything) {
 }
 
 TEST_F(VARIR2Screen, ParameterFileWithoutTheVarianceOfL) {
-    // After OLS or SUR alone the parameter file ends before L: the reading runs past its end.
+    // When FIML failed the parameter file ends with the coefficients' variance: L comes from
+    // VARL.TMP and only the coefficients make the standard errors.
     Open();
     TextOutput out(module().DataFile("WALDT.TMP"), TextOutput::Mode::Output);
     out.WriteRecord(CommaRecord().Whole(50).Whole(6));
     for (int c = 1; c <= 6; ++c) {
         out.WriteRecord(CommaRecord().Text("row"));
     }
-    for (int c = 1; c <= 6 + 6 * 6; ++c) {
-        out.WriteRecord(CommaRecord().Number(c == 1 ? 0.5 : 0.01));
+    const std::vector<double> coefficients = {0.5, 0.1, 7, 0.2, 0.3, 8};
+    for (const double b : coefficients) {
+        out.WriteRecord(CommaRecord().Number(b));
+    }
+    for (int r = 1; r <= 6; ++r) {
+        for (int c = 1; c <= 6; ++c) {
+            out.WriteRecord(CommaRecord().Number(r == c ? 0.25 : 0.0));
+        }
     }
     out.Close();
     module().Click("VARIR2", "Command1");
-    ASSERT_TRUE(module().Failure().has_value());
-    EXPECT_EQ(module().Failure()->Number(), InputPastEndOfFile);
-    EXPECT_EQ(Of("Label0").Caption, " Reading data. Working time 0");
+    ASSERT_FALSE(module().Failure().has_value());
+    TextInput responses(module().DataFile("VARIR2.TMP"));
+    responses.ReadLine();
+    responses.ReadLine();
+    responses.ReadLine();
+    // Horizon 0 of the first response: L(1,1) of VARL.TMP, with no standard error.
+    EXPECT_EQ(responses.ReadNumber(), 1.0);
+    EXPECT_EQ(responses.ReadNumber(), 0.0);
+    // Horizon 1: A(1)(1,1) L(1,1) + A(1)(1,2) L(2,1), its error from the two coefficients:
+    // sqrt((L(1,1)^2 + L(2,1)^2) 0.25 / 50).
+    EXPECT_NEAR(responses.ReadNumber(), 0.5 + 0.1 * 0.5, 1e-12);
+    EXPECT_NEAR(responses.ReadNumber(), std::sqrt(1.25 * 0.25 / 50), 1e-9);
 }
 
 // A pump that runs a callback at every pause of the computation, and a clock that moves on a

@@ -30,26 +30,17 @@ namespace {
 
 constexpr std::uint32_t kAll = 0xFFFFFFFF;
 
-// The raw fields of a DECIMAL: scale, negative, Hi32, Mid32, Lo32.
-struct Raw {
-    int scale;
-    bool negative;
-    std::uint32_t hi;
-    std::uint32_t mid;
-    std::uint32_t lo;
-};
+// The raw fields of a DECIMAL as the Wine tests write them: scale, sign (1 negative), Hi32,
+// Mid32, Lo32.
+using Raw = std::tuple<int, int, std::uint32_t, std::uint32_t, std::uint32_t>;
 
-Decimal Make(const Raw& raw) {
-    return Decimal::FromParts(raw.lo, raw.mid, raw.hi, raw.negative, raw.scale);
+Decimal Make(const Raw& r) {
+    return Decimal::FromParts(std::get<4>(r), std::get<3>(r), std::get<2>(r), std::get<1>(r) != 0,
+                              std::get<0>(r));
 }
 
-// The fields of a value, comparable with a Raw.
-std::tuple<int, bool, std::uint32_t, std::uint32_t, std::uint32_t> Fields(const Decimal& d) {
-    return {d.Scale(), d.IsNegative(), d.Hi32(), d.Mid32(), d.Lo32()};
-}
-
-std::tuple<int, bool, std::uint32_t, std::uint32_t, std::uint32_t> Fields(const Raw& raw) {
-    return {raw.scale, raw.negative, raw.hi, raw.mid, raw.lo};
+Raw Fields(const Decimal& d) {
+    return {d.Scale(), d.IsNegative() ? 1 : 0, d.Hi32(), d.Mid32(), d.Lo32()};
 }
 
 Decimal D(const char* text) {
@@ -57,207 +48,143 @@ Decimal D(const char* text) {
 }
 
 const Decimal kMax = D("79228162514264337593543950335");
-const Decimal kMin = D("-79228162514264337593543950335");
 
-enum class Op { Add, Subtract, Multiply, Divide };
+const auto kAdd = [](const Decimal& a, const Decimal& b) { return a + b; };
+const auto kSubtract = [](const Decimal& a, const Decimal& b) { return a - b; };
+const auto kMultiply = [](const Decimal& a, const Decimal& b) { return a * b; };
+const auto kDivide = [](const Decimal& a, const Decimal& b) { return a / b; };
 
-Decimal Apply(Op op, const Decimal& a, const Decimal& b) {
-    switch (op) {
-    case Op::Add:
-        return a + b;
-    case Op::Subtract:
-        return a - b;
-    case Op::Multiply:
-        return a * b;
-    case Op::Divide:
-        return a / b;
-    }
-    return Decimal();
-}
-
-struct RawCase {
-    Raw left;
-    Raw right;
-    Raw expected;
-};
-
-void ExpectRaw(Op op, const std::vector<RawCase>& cases) {
-    for (const RawCase& c : cases) {
-        const Decimal result = Apply(op, Make(c.left), Make(c.right));
-        EXPECT_EQ(Fields(result), Fields(c.expected))
-            << Make(c.left).ToText() << " with " << Make(c.right).ToText() << " gave "
-            << result.ToText();
+// Each case: left, right, and the expected fields, or an expected error number.
+template <typename Operation>
+void ExpectRaw(Operation op, const std::vector<std::tuple<Raw, Raw, Raw>>& cases) {
+    for (const auto& [left, right, expected] : cases) {
+        const Decimal result = op(Make(left), Make(right));
+        EXPECT_EQ(Fields(result), expected)
+            << Make(left).ToText() << " with " << Make(right).ToText();
     }
 }
 
-void ExpectRawError(Op op, const Raw& left, const Raw& right, int error) {
-    EXPECT_EQ(ErrorNumberOf([&] { Apply(op, Make(left), Make(right)); }), error)
-        << Make(left).ToText() << " with " << Make(right).ToText();
+template <typename Operation>
+void ExpectRawError(Operation op, const Raw& left, const Raw& right, int error) {
+    EXPECT_EQ(ErrorNumberOf([&] { op(Make(left), Make(right)); }), error) << Make(left).ToText();
 }
 
-struct TextCase {
-    const char* left;
-    const char* right;
-    const char* expected;
-};
-
-// Compares values; the literals of the source carry no particular scale.
-void ExpectText(Op op, const std::vector<TextCase>& cases) {
-    for (const TextCase& c : cases) {
-        const Decimal result = Apply(op, D(c.left), D(c.right));
-        EXPECT_EQ(result, D(c.expected))
-            << c.left << " with " << c.right << " gave " << result.ToText();
+// Compares values: the literals of the source carry no particular scale.
+template <typename Operation>
+void ExpectText(Operation op,
+                const std::vector<std::tuple<const char*, const char*, const char*>>& cases) {
+    for (const auto& [left, right, expected] : cases) {
+        const Decimal result = op(D(left), D(right));
+        EXPECT_EQ(result, D(expected)) << left << " with " << right << " gave " << result.ToText();
     }
 }
 
 } // namespace
 
 TEST(Decimal, WineAddAndSubtract) {
+    const Raw max{0, 0, kAll, kAll, kAll};
     ExpectRaw(
-        Op::Add,
+        kAdd,
         {
-            {{0, false, 0, 0, 0}, {0, false, 0, 0, 0}, {0, false, 0, 0, 0}},
-            {{0, false, 0, 0, 0}, {0, true, 0, 0, 1}, {0, true, 0, 0, 1}},
-            {{0, false, 0, 0, 1}, {0, false, 0, 0, 1}, {0, false, 0, 0, 2}},
-            {{0, false, 0, 0, 1}, {0, true, 0, 0, 1}, {0, false, 0, 0, 0}},
-            {{0, false, 0, 0, 1}, {0, true, 0, 0, 2}, {0, true, 0, 0, 1}},
-            {{0, true, 0, 0, 0}, {0, false, 0, 0, 1}, {0, false, 0, 0, 1}},
-            {{0, true, 0, 0, 1}, {0, false, 0, 0, 2}, {0, false, 0, 0, 1}},
-            {{0, true, 0, 0, 1}, {0, true, 0, 0, 1}, {0, true, 0, 0, 2}},
-            {{0, true, 0, 0, 2}, {0, false, 0, 0, 1}, {0, true, 0, 0, 1}},
-            {{0, false, 0, 0, kAll}, {0, true, 0, 0, 1}, {0, false, 0, 0, 0xFFFFFFFE}},
-            {{0, false, 0, 0, kAll}, {0, false, 0, 0, 1}, {0, false, 0, 1, 0}},
-            {{0, false, 0, kAll, 0}, {0, false, 0, 0, 1}, {0, false, 0, kAll, 1}},
-            {{0, false, 0, kAll, 0}, {0, true, 0, 0, 1}, {0, false, 0, 0xFFFFFFFE, kAll}},
-            {{0, false, 0, kAll, kAll}, {0, false, 0, 0, 1}, {0, false, 1, 0, 0}},
-            {{0, false, 0, kAll, kAll}, {0, true, 0, 0, 1}, {0, false, 0, kAll, 0xFFFFFFFE}},
-            {{0, false, kAll, 0, 0}, {0, false, 0, 0, 1}, {0, false, kAll, 0, 1}},
-            {{0, false, kAll, 0, 0}, {0, true, 0, 0, 1}, {0, false, 0xFFFFFFFE, kAll, kAll}},
-            {{0, false, kAll, kAll, kAll}, {0, true, 0, 0, 1}, {0, false, kAll, kAll, 0xFFFFFFFE}},
-            // The sum is rounded to fit: half to even, one scale down.
-            {{1, false, kAll, kAll, kAll},
-             {1, false, 0, 0, 1},
-             {0, false, 0x19999999, 0x99999999, 0x9999999A}},
-            {{1, false, 0xE22EA493, 0xB30310A7, 0x70000000},
-             {1, false, 0xE22EA493, 0xB30310A7, 0x70000000},
-             {0, false, 0x2D3C8750, 0xBD670354, 0xB0000000}},
-            {{3, true, 0, 0, 123456},
-             {0, false, kAll, kAll, kAll},
-             {0, false, kAll, kAll, 0xFFFFFF84}},
-            {{6, false, 0, 0, 123456}, {0, false, kAll, kAll, kAll}, {0, false, kAll, kAll, kAll}},
-            {{3, true, 0, 0, 123456},
-             {0, false, 0x19999999, 0x99999999, 0x99999999},
-             {1, false, kAll, kAll, 0xFFFFFB27}},
-            {{3, true, 0, 0, 123567},
-             {0, false, 0x19999999, 0x99999999, 0x99999999},
-             {1, false, kAll, kAll, 0xFFFFFB26}},
-            // The result keeps the larger scale.
-            {{2, false, 0, 0, 0}, {0, false, 0, 0, 0}, {2, false, 0, 0, 0}},
-            {{2, false, 0, 0, 100}, {0, false, 0, 0, 1}, {2, false, 0, 0, 200}},
+            {{0, 0, 0, 0, 1}, {0, 1, 0, 0, 1}, {0, 0, 0, 0, 0}},
+            {{0, 0, 0, 0, 1}, {0, 1, 0, 0, 2}, {0, 1, 0, 0, 1}},
+            {{0, 1, 0, 0, 0}, {0, 0, 0, 0, 1}, {0, 0, 0, 0, 1}},
+            {{0, 1, 0, 0, 1}, {0, 0, 0, 0, 2}, {0, 0, 0, 0, 1}},
+            // Carries and borrows between the 32-bit parts.
+            {{0, 0, 0, 0, kAll}, {0, 1, 0, 0, 1}, {0, 0, 0, 0, 0xFFFFFFFE}},
+            {{0, 0, 0, 0, kAll}, {0, 0, 0, 0, 1}, {0, 0, 0, 1, 0}},
+            {{0, 0, 0, kAll, 0}, {0, 1, 0, 0, 1}, {0, 0, 0, 0xFFFFFFFE, kAll}},
+            {{0, 0, 0, kAll, kAll}, {0, 0, 0, 0, 1}, {0, 0, 1, 0, 0}},
+            {{0, 0, 0, kAll, kAll}, {0, 1, 0, 0, 1}, {0, 0, 0, kAll, 0xFFFFFFFE}},
+            {{0, 0, kAll, 0, 0}, {0, 1, 0, 0, 1}, {0, 0, 0xFFFFFFFE, kAll, kAll}},
+            {max, {0, 1, 0, 0, 1}, {0, 0, kAll, kAll, 0xFFFFFFFE}},
+            // A sum that does not fit is rounded one scale down, half to even.
+            {{1, 0, kAll, kAll, kAll}, {1, 0, 0, 0, 1}, {0, 0, 0x19999999, 0x99999999, 0x9999999A}},
+            {{1, 0, 0xE22EA493, 0xB30310A7, 0x70000000},
+             {1, 0, 0xE22EA493, 0xB30310A7, 0x70000000},
+             {0, 0, 0x2D3C8750, 0xBD670354, 0xB0000000}},
+            {{3, 1, 0, 0, 123456}, max, {0, 0, kAll, kAll, 0xFFFFFF84}},
+            {{6, 0, 0, 0, 123456}, max, max},
+            {{3, 1, 0, 0, 123456},
+             {0, 0, 0x19999999, 0x99999999, 0x99999999},
+             {1, 0, kAll, kAll, 0xFFFFFB27}},
+            {{3, 1, 0, 0, 123567},
+             {0, 0, 0x19999999, 0x99999999, 0x99999999},
+             {1, 0, kAll, kAll, 0xFFFFFB26}},
+            // The sum keeps the larger scale.
+            {{2, 0, 0, 0, 0}, {0, 0, 0, 0, 0}, {2, 0, 0, 0, 0}},
+            {{2, 0, 0, 0, 100}, {0, 0, 0, 0, 1}, {2, 0, 0, 0, 200}},
         });
-    ExpectRaw(Op::Subtract, {
-                                {{0, false, 0, 0, 0}, {0, false, 0, 0, 1}, {0, true, 0, 0, 1}},
-                                {{0, false, 0, 0, 1}, {0, false, 0, 0, 1}, {0, false, 0, 0, 0}},
-                                {{0, false, 0, 0, 1}, {0, true, 0, 0, 1}, {0, false, 0, 0, 2}},
-                            });
-    const Raw max{0, false, kAll, kAll, kAll};
-    ExpectRawError(Op::Add, max, {0, false, 0, 0, 1}, lorvane::Overflow);
-    ExpectRawError(Op::Add, {0, false, 0xE22EA493, 0xB30310A7, 0x70000000},
-                   {0, false, 0xE22EA493, 0xB30310A7, 0x70000000}, lorvane::Overflow);
+    ExpectRaw(kSubtract, {
+                             {{0, 0, 0, 0, 0}, {0, 0, 0, 0, 1}, {0, 1, 0, 0, 1}},
+                             {{0, 0, 0, 0, 1}, {0, 1, 0, 0, 1}, {0, 0, 0, 0, 2}},
+                         });
+    ExpectRawError(kAdd, max, {0, 0, 0, 0, 1}, lorvane::Overflow);
+    ExpectRawError(kAdd, {0, 0, 0xE22EA493, 0xB30310A7, 0x70000000},
+                   {0, 0, 0xE22EA493, 0xB30310A7, 0x70000000}, lorvane::Overflow);
     for (const int scale : {3, 4, 5}) {
-        ExpectRawError(Op::Add, {scale, false, 0, 0, 123456}, max, lorvane::Overflow);
+        ExpectRawError(kAdd, {scale, 0, 0, 0, 123456}, max, lorvane::Overflow);
     }
 }
 
 TEST(Decimal, WineMultiply) {
-    const Raw near{0, false, 1999999999, kAll, 0x88CA6C00};
-    ExpectRaw(Op::Multiply,
+    const Raw near{0, 0, 1999999999, kAll, 0x88CA6C00};
+    ExpectRaw(kMultiply,
               {
-                  {{0, false, 0, 0, 0}, {0, false, 0, 0, 0}, {0, false, 0, 0, 0}},
-                  {{0, false, 0, 0, 1}, {0, false, 0, 0, 0}, {0, false, 0, 0, 0}},
-                  {{0, false, 0, 0, 1}, {0, false, 0, 0, 1}, {0, false, 0, 0, 1}},
-                  {{0, false, 0, 0, 45000}, {0, false, 0, 0, 2}, {0, false, 0, 0, 90000}},
-                  {{0, true, 0, 0, 2}, {0, false, 0, 0, 2}, {0, true, 0, 0, 4}},
-                  {{0, false, 0, 0, 2}, {0, true, 0, 0, 2}, {0, true, 0, 0, 4}},
-                  {{0, true, 0, 0, 2}, {0, true, 0, 0, 2}, {0, false, 0, 0, 4}},
+                  {{0, 0, 0, 0, 1}, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}},
+                  {{0, 1, 0, 0, 2}, {0, 1, 0, 0, 2}, {0, 0, 0, 0, 4}},
                   // Scales add up, and an exact product is not reduced.
-                  {{4, false, 0, 0, 2}, {0, false, 0, 0, 2}, {4, false, 0, 0, 4}},
-                  {{0, false, 0, 0, 2}, {3, false, 0, 0, 2}, {3, false, 0, 0, 4}},
-                  {{4, false, 0, 0, 2}, {3, false, 0, 0, 2}, {7, false, 0, 0, 4}},
-                  {{4, false, 0, 0, 5}, {3, false, 0, 0, 2}, {7, false, 0, 0, 10}},
-                  {{0, false, 0, kAll, kAll}, {0, false, 0, 0, 2}, {0, false, 1, kAll, 0xFFFFFFFE}},
-                  {{0, false, 1, 0, 1},
-                   {0, false, 0, 0, 0x80000000},
-                   {0, false, 0x80000000, 0, 0x80000000}},
-                  {{0, false, 0, kAll, kAll}, {0, false, 0, 0, 2000000000}, near},
+                  {{4, 0, 0, 0, 2}, {0, 0, 0, 0, 2}, {4, 0, 0, 0, 4}},
+                  {{4, 0, 0, 0, 2}, {3, 0, 0, 0, 2}, {7, 0, 0, 0, 4}},
+                  {{4, 0, 0, 0, 5}, {3, 0, 0, 0, 2}, {7, 0, 0, 0, 10}},
+                  {{0, 0, 0, kAll, kAll}, {0, 0, 0, 0, 2}, {0, 0, 1, kAll, 0xFFFFFFFE}},
+                  {{0, 0, 1, 0, 1}, {0, 0, 0, 0, 0x80000000}, {0, 0, 0x80000000, 0, 0x80000000}},
+                  {{0, 0, 0, kAll, kAll}, {0, 0, 0, 0, 2000000000}, near},
                   // Reducing the scale averts an overflow ...
-                  {{1, false, 0, kAll, kAll}, {0, false, 0, 4, 0xA817C800}, near},
-                  {{0, false, 1, kAll, 0xFFFFFFFE}, {0, false, 0, 0, 1000000000}, near},
-                  {{1, false, 1, kAll, 0xFFFFFFFE}, {0, false, 0, 2, 0x540BE400}, near},
+                  {{1, 0, 0, kAll, kAll}, {0, 0, 0, 4, 0xA817C800}, near},
+                  {{1, 0, 1, kAll, 0xFFFFFFFE}, {0, 0, 0, 2, 0x540BE400}, near},
                   // ... even at the price of significant digits.
-                  {{2, false, 0, kAll, kAll},
-                   {0, false, 0, 9, 0x502F9001},
-                   {1, false, 0xEE6B2800, 0x19999998, 0xAB2E719A}},
+                  {{2, 0, 0, kAll, kAll},
+                   {0, 0, 0, 9, 0x502F9001},
+                   {1, 0, 0xEE6B2800, 0x19999998, 0xAB2E719A}},
               });
-    ExpectRawError(Op::Multiply, {0, false, 0, kAll, kAll}, {0, false, 0, 4, 0xA817C800},
-                   lorvane::Overflow);
-    ExpectRawError(Op::Multiply, {0, false, 1, kAll, 0xFFFFFFFE}, {0, false, 0, 2, 0x540BE400},
+    ExpectRawError(kMultiply, {0, 0, 0, kAll, kAll}, {0, 0, 0, 4, 0xA817C800}, lorvane::Overflow);
+    ExpectRawError(kMultiply, {0, 0, 1, kAll, 0xFFFFFFFE}, {0, 0, 0, 2, 0x540BE400},
                    lorvane::Overflow);
 }
 
 TEST(Decimal, WineDivide) {
-    const Raw third{28, false, 180700362, 0x14B700CB, 0x05555555};
-    ExpectRaw(Op::Divide, {
-                              {{0, false, 0, 0, 0}, {0, false, 0, 0, 1}, {0, false, 0, 0, 0}},
-                              {{0, false, 0, 0, 1}, {0, false, 0, 0, 1}, {0, false, 0, 0, 1}},
-                              {{1, false, 0, 0, 1}, {0, false, 0, 0, 1}, {1, false, 0, 0, 1}},
-                              {{0, false, 0, 0, 45}, {0, false, 0, 0, 9}, {0, false, 0, 0, 5}},
-                              {{1, false, 0, 0, 45}, {0, false, 0, 0, 9}, {1, false, 0, 0, 5}},
-                              {{0, false, 0, 0, 45}, {1, false, 0, 0, 9}, {0, false, 0, 0, 50}},
-                              {{1, false, 0, 0, 45}, {2, false, 0, 0, 9}, {0, false, 0, 0, 50}},
-                              {{1, false, 0, 0, 45}, {1, false, 0, 0, 9}, {0, false, 0, 0, 5}},
-                              // Either form is accepted there; this is the one of the .NET runtime.
-                              {{2, false, 0, 0, 450}, {1, false, 0, 0, 9}, {1, false, 0, 0, 50}},
-                              {{0, false, 0, 0, 1}, {0, false, 0, 0, 3}, third},
-                              {{1, false, 0, 0, 1},
-                               {0, false, 0, 0, 3},
-                               {28, false, 18070036, 0x35458014, 0x4D555555}},
-                              {{0, false, 0, 0, 1},
-                               {1, false, 0, 0, 3},
-                               {28, false, 1807003620, 0xCF2607EE, 0x35555555}},
-                              {{1, false, 0, 0, 1},
-                               {2, false, 0, 0, 3},
-                               {28, false, 1807003620, 0xCF2607EE, 0x35555555}},
-                              {{1, false, 0, 0, 1}, {1, false, 0, 0, 3}, third},
-                              {{2, false, 0, 0, 10}, {1, false, 0, 0, 3}, third},
-                              // The 28th digit is rounded.
-                              {{0, false, 0, 0, 2},
-                               {0, false, 0, 0, 3},
-                               {28, false, 361400724, 0x296E0196, 0x0AAAAAAB}},
-                              {{0, true, 0, 0, 45}, {0, false, 0, 0, 9}, {0, true, 0, 0, 5}},
-                              {{0, false, 0, 0, 45}, {0, true, 0, 0, 9}, {0, true, 0, 0, 5}},
-                              {{0, true, 0, 0, 45}, {0, true, 0, 0, 9}, {0, false, 0, 0, 5}},
-                          });
-    ExpectRawError(Op::Divide, {0, false, 0, 0, 0}, {0, false, 0, 0, 0}, lorvane::DivisionByZero);
-    ExpectRawError(Op::Divide, {0, false, 0, 0, 1}, {0, false, 0, 0, 0}, lorvane::DivisionByZero);
+    const Raw third{28, 0, 180700362, 0x14B700CB, 0x05555555};
+    ExpectRaw(kDivide,
+              {
+                  // Exact quotients keep the smallest scale that holds them, not below 0.
+                  {{1, 0, 0, 0, 45}, {0, 0, 0, 0, 9}, {1, 0, 0, 0, 5}},
+                  {{0, 0, 0, 0, 45}, {1, 0, 0, 0, 9}, {0, 0, 0, 0, 50}},
+                  {{1, 0, 0, 0, 45}, {1, 0, 0, 0, 9}, {0, 0, 0, 0, 5}},
+                  // Either form is accepted there; this is the .NET runtime's.
+                  {{2, 0, 0, 0, 450}, {1, 0, 0, 0, 9}, {1, 0, 0, 0, 50}},
+                  {{0, 0, 0, 0, 1}, {0, 0, 0, 0, 3}, third},
+                  {{2, 0, 0, 0, 10}, {1, 0, 0, 0, 3}, third},
+                  {{1, 0, 0, 0, 1}, {0, 0, 0, 0, 3}, {28, 0, 18070036, 0x35458014, 0x4D555555}},
+                  {{0, 0, 0, 0, 1}, {1, 0, 0, 0, 3}, {28, 0, 1807003620, 0xCF2607EE, 0x35555555}},
+                  // The 28th digit is rounded.
+                  {{0, 0, 0, 0, 2}, {0, 0, 0, 0, 3}, {28, 0, 361400724, 0x296E0196, 0x0AAAAAAB}},
+                  {{0, 1, 0, 0, 45}, {0, 1, 0, 0, 9}, {0, 0, 0, 0, 5}},
+                  {{0, 0, 0, 0, 45}, {0, 1, 0, 0, 9}, {0, 1, 0, 0, 5}},
+              });
+    ExpectRawError(kDivide, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}, lorvane::DivisionByZero);
+    ExpectRawError(kDivide, {0, 0, 0, 0, 1}, {0, 0, 0, 0, 0}, lorvane::DivisionByZero);
 }
 
 TEST(Decimal, WineCompareAndConvert) {
-    const Raw one{0, false, 0, 0, 1};
-    const Raw minusOne{0, true, 0, 0, 1};
-    const Raw zero{0, false, 0, 0, 0};
-    const Raw minusZero{0, true, 0, 0, 0};
-    const Raw max{0, false, kAll, kAll, kAll};
-    const Raw min{0, true, kAll, kAll, kAll};
+    const Raw one{0, 0, 0, 0, 1};
+    const Raw max{0, 0, kAll, kAll, kAll};
+    const Raw min{0, 1, kAll, kAll, kAll};
     const std::vector<std::tuple<Raw, Raw, int>> cases = {
-        {one, one, 0},        {one, zero, 1},
-        {one, max, -1},       {one, minusOne, 1},
-        {one, minusZero, 1},  {one, min, 1},
-        {minusOne, zero, -1}, {minusOne, minusZero, -1},
-        {minusOne, min, 1},   {minusOne, minusOne, 0},
-        {zero, minusZero, 0}, {minusZero, zero, 0},
-        {zero, max, -1},      {max, min, 1},
-        {min, min, 0},        {{3, false, 0, 0, 123456}, max, -1},
+        {one, max, -1}, {one, {0, 1, 0, 0, 0}, 1},
+        {one, min, 1},  {{0, 1, 0, 0, 1}, {0, 0, 0, 0, 0}, -1},
+        {max, min, 1},  {{0, 0, 0, 0, 0}, {0, 1, 0, 0, 0}, 0},
+        {min, min, 0},  {{3, 0, 0, 0, 123456}, max, -1},
     };
     for (const auto& [left, right, expected] : cases) {
         const auto order = Make(left) <=> Make(right);
@@ -265,12 +192,9 @@ TEST(Decimal, WineCompareAndConvert) {
             << Make(left).ToText() << " vs " << Make(right).ToText();
     }
     // VarDecFromR8
-    EXPECT_EQ(Fields(Decimal::FromDouble(-0.6)), Fields(Raw{1, true, 0, 0, 6}));
-    EXPECT_EQ(Fields(Decimal::FromDouble(-0.5)), Fields(Raw{1, true, 0, 0, 5}));
-    EXPECT_EQ(Fields(Decimal::FromDouble(-0.4)), Fields(Raw{1, true, 0, 0, 4}));
-    EXPECT_EQ(Fields(Decimal::FromDouble(0.0)), Fields(Raw{0, false, 0, 0, 0}));
-    EXPECT_EQ(Fields(Decimal::FromDouble(0.4)), Fields(Raw{1, false, 0, 0, 4}));
-    EXPECT_EQ(Fields(Decimal::FromDouble(0.6)), Fields(Raw{1, false, 0, 0, 6}));
+    EXPECT_EQ(Fields(Decimal::FromDouble(-0.6)), Raw(1, 1, 0, 0, 6));
+    EXPECT_EQ(Fields(Decimal::FromDouble(0.0)), Raw(0, 0, 0, 0, 0));
+    EXPECT_EQ(Fields(Decimal::FromDouble(0.5)), Raw(1, 0, 0, 0, 5));
 }
 
 TEST(Decimal, DotNetFromDouble) {
@@ -282,23 +206,17 @@ TEST(Decimal, DotNetFromDouble) {
         {2E-29, 0, 0, 0, 0},
         {2E28, 536870912, 2085225666, 1084202172, 0},
         {1.5, 15, 0, 0, 65536},
-        {-0.0, 0, 0, 0, 0},
         {100000000000000.1, 276447232, 23283, 0, 0},
         {10000000000000.1, 276447233, 23283, 0, 65536},
-        {1000000000000.1, 1316134913, 2328, 0, 65536},
         {100000000000.1, -727379967, 232, 0, 65536},
-        {1.1, 11, 0, 0, 65536},
         {0.01, 1, 0, 0, 131072},
-        {0.00001, 1, 0, 0, 327680},
         {0.0000000000000000000000000001, 1, 0, 0, 1835008},
         {0.00000000000000000000000000001, 0, 0, 0, 0},
     };
     for (const auto& [x, lo, mid, hi, flags] : cases) {
         const Decimal d = Decimal::FromDouble(x);
-        EXPECT_EQ(Fields(d),
-                  Fields(Raw{flags >> 16, false, static_cast<std::uint32_t>(hi),
-                             static_cast<std::uint32_t>(mid), static_cast<std::uint32_t>(lo)}))
-            << x << " gave " << d.ToText();
+        const Raw expected{flags >> 16, 0, hi, mid, lo}; // the signed parts as unsigned bits
+        EXPECT_EQ(Fields(d), expected) << x << " gave " << d.ToText();
     }
     for (const double x :
          {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::max(),
@@ -309,22 +227,14 @@ TEST(Decimal, DotNetFromDouble) {
 }
 
 TEST(Decimal, DotNetAddAndMultiply) {
-    ExpectText(Op::Add,
-               {
-                   {"1", "1", "2"},
-                   {"-1", "1", "0"},
-                   {"79228162514264337593543950330", "5", "79228162514264337593543950335"},
-                   {"79228162514264337593543950335", "-5", "79228162514264337593543950330"},
-                   {"-79228162514264337593543950330", "5", "-79228162514264337593543950325"},
-                   {"-79228162514264337593543950330", "-5", "-79228162514264337593543950335"},
-                   {"1234.5678", "0.00009", "1234.56789"},
-                   {"-1234.5678", "0.00009", "-1234.56771"},
-                   {"0.1111111111111111111111111111", "0.1111111111111111111111111111",
-                    "0.2222222222222222222222222222"},
-                   {"0.5555555555555555555555555555", "0.5555555555555555555555555555",
-                    "1.1111111111111111111111111110"},
-               });
-    ExpectText(Op::Multiply,
+    ExpectText(kAdd, {
+                         {"79228162514264337593543950330", "5", "79228162514264337593543950335"},
+                         {"-79228162514264337593543950330", "-5", "-79228162514264337593543950335"},
+                         {"-1234.5678", "0.00009", "-1234.56771"},
+                         {"0.5555555555555555555555555555", "0.5555555555555555555555555555",
+                          "1.1111111111111111111111111110"},
+                     });
+    ExpectText(kMultiply,
                {
                    {"7922816251426433759354395033.5", "10", "79228162514264337593543950335"},
                    {"0.2352523523423422342354395033", "56033525474612414574574757495",
@@ -334,99 +244,65 @@ TEST(Decimal, DotNetAddAndMultiply) {
                    // Rounded at the 28th decimal.
                    {"0.0000000000000345435353453563", ".0000000000000023525235234234",
                     "0.0000000000000000000000000001"},
-                   {"79228162514264337593543950335", "0.9", "71305346262837903834189555302"},
                    {"79228162514264337593543950335", "0.99", "78435880889121694217608510832"},
-                   {"79228162514264337593543950335", "0.9999999999999999999999999999",
-                    "79228162514264337593543950327"},
-                   {"-79228162514264337593543950335", "0.9", "-71305346262837903834189555302"},
                    {"-79228162514264337593543950335", "0.9999999999999999999999999999",
                     "-79228162514264337593543950327"},
                });
-    const std::vector<std::pair<Decimal, Decimal>> overflows = {
-        {kMax, kMax},
-        {D("79228162514264337593543950330"), D("6")},
-        {D("-79228162514264337593543950330"), D("-6")}};
-    for (const auto& [a, b] : overflows) {
-        EXPECT_EQ(ErrorNumberOf([&] { a + b; }), lorvane::Overflow)
-            << a.ToText() << " + " << b.ToText();
-    }
-    for (const char* factor : {"1.1", "1.01", "1.0001", "1.0000001", "1.0000000001",
-                               "1.0000000000001", "1.0000000000000001", "1.0000000000000000001",
-                               "1.0000000000000000000001", "1.000000000000000000000000001"}) {
+    EXPECT_EQ(ErrorNumberOf([] { kMax + kMax; }), lorvane::Overflow);
+    EXPECT_EQ(ErrorNumberOf([] { D("-79228162514264337593543950330") + D("-6"); }),
+              lorvane::Overflow);
+    for (const char* factor :
+         {"1.1", "1.0000001", "1.0000000000000000001", "1.000000000000000000000000001"}) {
         EXPECT_EQ(ErrorNumberOf([&] { kMax* D(factor); }), lorvane::Overflow) << factor;
     }
-    EXPECT_EQ(ErrorNumberOf([] { kMax* kMin; }), lorvane::Overflow);
-    EXPECT_EQ(ErrorNumberOf([] { kMin* D("1.1"); }), lorvane::Overflow);
+    EXPECT_EQ(ErrorNumberOf([] { kMax * -kMax; }), lorvane::Overflow);
     EXPECT_EQ(ErrorNumberOf([] { (kMax / D("2")) * D("2"); }), lorvane::Overflow);
 }
 
 TEST(Decimal, DotNetDivide) {
-    ExpectText(
-        Op::Divide,
-        {
-            {"-1", "-1", "1"},
-            {"15", "2", "7.5"},
-            {"10", "-2", "-5"},
-            {"-10", "2", "-5"},
-            // Below 1E-28 the quotient is 0.
-            {"0.9214206543486529434634231456", "79228162514264337593543950335", "0"},
-            {"38214206543486529434634231456", "0.49214206543486529434634231456",
-             "77648730371625094566866001277"},
-            {"-78228162514264337593543950335", "79228162514264337593543950335",
-             "-0.987378225516463811113412343"},
-            {"79228162514264337593543950335", "-1", "-79228162514264337593543950335"},
-            {"-79228162514264337593543950335", "79228162514264337593543950335", "-1"},
-            {"792281625142643375935439503.4", "0.1", "7922816251426433759354395034"},
-            {"79228162514264337593543950.34", "0.1", "792281625142643375935439503.4"},
-            {"79228162514264337593543950335", "10", "7922816251426433759354395033.5"},
-            {"79228162514264337567774146561", "10", "7922816251426433756777414656.1"},
-            {"79228162514264337567774146560", "10", "7922816251426433756777414656"},
-            {"79228162514264337567774146559", "10", "7922816251426433756777414655.9"},
-            {"79228162514264337593543950335", "1.1", "72025602285694852357767227577"},
-            {"79228162514264337593543950335", "1.01", "78443725261647859003508861718"},
-            {"79228162514264337593543950335", "1.001", "79149013500763574019524425909.091"},
-            {"79228162514264337593543950335", "1.0000001", "79228154591448878448656105469.389"},
-            {"79228162514264337593543950335", "1.00000000000001",
-             "79228162514263545311918807699.547"},
-            {"79228162514264337593543950335", "1.000000000000000000001",
-             "79228162514264337593464722172.486"},
-            {"79228162514264337593543950335", "1.000000000000000000000000001",
-             "79228162514264337593543950255.772"},
-            {"7922816251426433759354395033.5", "0.9999999999999999999999999999",
-             "7922816251426433759354395034"},
-            {"79228162514264337593543950335", "10000000", "7922816251426433759354.3950335"},
-            {"7922816251426433759354395033.5", "1.000001", "7922808328618105141249253784.2"},
-            {"7922816251426433759354395033.5", "1.0000000000000000000000000001",
-             "7922816251426433759354395032.7"},
-            {"7922816251426433759354395033.5", "1.0000000000000000000000000002",
-             "7922816251426433759354395031.9"},
-            {"79228162514264337593543950335", "1.0000000000000000000000000001",
-             "79228162514264337593543950327"},
-            {"7922816251426433759354.3950335", "0.0000001", "79228162514264337593543950335"},
-        });
+    ExpectText(kDivide,
+               {
+                   {"15", "2", "7.5"},
+                   // Below 1E-28 the quotient is 0.
+                   {"0.9214206543486529434634231456", "79228162514264337593543950335", "0"},
+                   {"38214206543486529434634231456", "0.49214206543486529434634231456",
+                    "77648730371625094566866001277"},
+                   {"-78228162514264337593543950335", "79228162514264337593543950335",
+                    "-0.987378225516463811113412343"},
+                   // Near the end of the range: the last digit that still fits, rounded.
+                   {"792281625142643375935439503.4", "0.1", "7922816251426433759354395034"},
+                   {"79228162514264337593543950335", "10", "7922816251426433759354395033.5"},
+                   {"79228162514264337567774146561", "10", "7922816251426433756777414656.1"},
+                   {"79228162514264337567774146559", "10", "7922816251426433756777414655.9"},
+                   {"79228162514264337593543950335", "1.1", "72025602285694852357767227577"},
+                   {"79228162514264337593543950335", "1.001", "79149013500763574019524425909.091"},
+                   {"79228162514264337593543950335", "1.00000000000001",
+                    "79228162514263545311918807699.547"},
+                   {"79228162514264337593543950335", "1.000000000000000000000000001",
+                    "79228162514264337593543950255.772"},
+                   {"7922816251426433759354395033.5", "0.9999999999999999999999999999",
+                    "7922816251426433759354395034"},
+                   {"79228162514264337593543950335", "10000000", "7922816251426433759354.3950335"},
+                   {"7922816251426433759354395033.5", "1.0000000000000000000000000002",
+                    "7922816251426433759354395031.9"},
+                   {"79228162514264337593543950335", "1.0000000000000000000000000001",
+                    "79228162514264337593543950327"},
+                   {"7922816251426433759354.3950335", "0.0000001", "79228162514264337593543950335"},
+               });
     // new decimal(429, 2133437386, 0, false, 0) and its successor
-    const Decimal boundary = Decimal::FromParts(429, 2133437386, 0, false, 0);
-    const Decimal beyond = Decimal::FromParts(429, 2133437387, 0, false, 0);
-    EXPECT_EQ(boundary / D("0.000000100000000000000000001"), D("91630438009337286849083695.62"));
-    EXPECT_EQ(beyond / D("0.000000100000000000000000001"), D("91630438052286959809083695.62"));
-    for (const auto& [a, b] : std::vector<std::pair<const char*, const char*>>{
-             {"79228162514264337593543950335", "-0.9999999999999999999999999"},
-             {"792281625142643.37593543950335", "-0.0000000000000079228162514264337593543950335"},
-             {"79228162514264337593543950335", "0.1"},
-             {"7922816251426433759354395034", "0.1"},
-             {"79228162514264337593543950335", "0.9"},
-             {"79228162514264337593543950335", "0.99999999"},
-             {"79228162514264337593543950335", "0.9999999999999999"},
-             {"79228162514264337593543950335", "0.9999999999999999999999999999"},
-             {"79228162514264337593543950335", "-0.1"},
-         }) {
-        EXPECT_EQ(ErrorNumberOf([&] { D(a) / D(b); }), lorvane::Overflow) << a << " / " << b;
+    const Decimal divisor = D("0.000000100000000000000000001");
+    EXPECT_EQ(Decimal::FromParts(429, 2133437386, 0, false, 0) / divisor,
+              D("91630438009337286849083695.62"));
+    EXPECT_EQ(Decimal::FromParts(429, 2133437387, 0, false, 0) / divisor,
+              D("91630438052286959809083695.62"));
+    for (const char* b :
+         {"-0.9999999999999999999999999", "0.1", "0.99999999", "0.9999999999999999999999999999"}) {
+        EXPECT_EQ(ErrorNumberOf([&] { kMax / D(b); }), lorvane::Overflow) << b;
     }
+    EXPECT_EQ(ErrorNumberOf([] { D("7922816251426433759354395034") / D("0.1"); }),
+              lorvane::Overflow);
     EXPECT_EQ(ErrorNumberOf([] { (kMax / D("2")) / D("0.5"); }), lorvane::Overflow);
-    for (const char* zero : {"0", "0.0"}) {
-        EXPECT_EQ(ErrorNumberOf([&] { D("1") / D(zero); }), lorvane::DivisionByZero);
-        EXPECT_EQ(ErrorNumberOf([&] { D(zero) / D(zero); }), lorvane::DivisionByZero);
-    }
+    EXPECT_EQ(ErrorNumberOf([] { D("0.0") / D("0.0"); }), lorvane::DivisionByZero);
 }
 
 TEST(Decimal, RoundsHalfToEvenAtTheTwentyEighthDecimal) {
@@ -470,7 +346,6 @@ TEST(Decimal, FromDoubleKeepsFifteenDigits) {
 TEST(Decimal, TextDoubleAndIntegerForms) {
     EXPECT_EQ(D("-0.25").ToText(), "-0.25");
     EXPECT_EQ(D("1.50").ToText(), "1.50");
-    EXPECT_EQ(D("0").ToText(), "0");
     EXPECT_EQ(D("-0").ToText(), "0");
     EXPECT_EQ(D("0.0000000000000000000000000001").ToText(), "0.0000000000000000000000000001");
     EXPECT_EQ(Decimal::FromParts(150, 0, 0, false, 2).ToText(), "1.50");
@@ -479,7 +354,6 @@ TEST(Decimal, TextDoubleAndIntegerForms) {
               "-9223372036854775808");
     EXPECT_EQ(ErrorNumberOf([] { D("79228162514264337593543950336"); }), lorvane::Overflow);
     EXPECT_EQ(ErrorNumberOf([] { D("1e5"); }), lorvane::TypeMismatch);
-    EXPECT_EQ(ErrorNumberOf([] { D(""); }), lorvane::TypeMismatch);
     EXPECT_EQ(ErrorNumberOf([] { Decimal::FromParts(1, 0, 0, false, 29); }),
               lorvane::InvalidProcedureCall);
     EXPECT_EQ(D("-0.25").ToDouble(), -0.25);
@@ -489,7 +363,6 @@ TEST(Decimal, TextDoubleAndIntegerForms) {
     EXPECT_EQ(D("-7.5").Sign(), -1);
     EXPECT_EQ(D("-0.0").Sign(), 0);
     EXPECT_EQ(Abs(D("-7.5")), D("7.5"));
-    EXPECT_EQ(-D("7.5"), D("-7.5"));
 }
 
 TEST(Decimal, TryFormsSkipInsteadOfRaising) {
@@ -505,21 +378,14 @@ TEST(Decimal, TryFormsSkipInsteadOfRaising) {
     ASSERT_TRUE(Decimal::TryMultiplyAdd(D("2"), D("-3"), D("0.5"), result));
     EXPECT_EQ(result, D("0.5"));
 
-    // The row operations give what the single statements give, element by element.
-    std::vector<Decimal> target = {D("1"), D("0.3333333333333333333333333333"), kMax, D("-2.5")};
+    // A row operation: each element as its own statement; the one that overflows is kept.
+    std::vector<Decimal> row = {D("1"), D("0.3333333333333333333333333333"), kMax, D("-2.5")};
     const std::vector<Decimal> source = {D("0.1428571428571428571428571429"), D("7"), D("-1"),
                                          D("1")};
-    const Decimal f = D("0.6666666666666666666666666667");
-    std::vector<Decimal> expected = target;
-    for (std::size_t i = 0; i < target.size(); ++i) {
-        Decimal single;
-        if (Decimal::TryMultiplySubtract(target[i], f, source[i], single)) {
-            expected[i] = single;
-        }
-    }
     const std::vector<int> positions = {0, 1, 2, 3};
-    Decimal::SubtractMultiple(target.data(), f, source.data(), positions.data(), positions.size());
-    for (std::size_t i = 0; i < target.size(); ++i) {
-        EXPECT_EQ(target[i].ToText(), expected[i].ToText()) << i;
-    }
+    Decimal::SubtractMultiple(row.data(), D("0.6666666666666666666666666667"), source.data(),
+                              positions.data(), positions.size());
+    EXPECT_EQ(row, (std::vector<Decimal>{D("0.9047619047619047619047619047"),
+                                         D("-4.3333333333333333333333333336"), kMax,
+                                         D("-3.1666666666666666666666666667")}));
 }

@@ -103,12 +103,6 @@ TEST(Explanation, FormulaLineAndSizes) {
                         "the following system of structural equations:");
     EXPECT_EQ(lines[4], "The matrices A and C are 3 x 3.");
     EXPECT_EQ(lines[9].back(), ' ');
-    EXPECT_EQ(lines[12],
-              "Sims, C.A. (1980), 'Macroeconomics and Reality', Econometrica 48, pp.1-48");
-    EXPECT_EQ(
-        lines[13],
-        "Sims, C.A. (1986), 'Are Forecasting Models Usable for Policy Analysis?', Federal Reserve "
-        "Bank of    Minneapolis Quarterly Review, 1-16");
     EXPECT_EQ(lines[14],
               "Bernanke, B.S. (1986), 'Alternative Explanations of the Money-Income Correlation' "
               "Carnegie-Rochester Conference Series on Public Policy 25, 49-100");
@@ -253,22 +247,6 @@ TEST_F(Fork, EditorGetsTheWrappedText) {
     // Adding to the log is no longer offered.
     module().Click("VARSTR2", "Command2");
     EXPECT_FALSE(std::filesystem::exists(File("OUTPUT.TXT")));
-}
-
-TEST_F(Fork, NonstructuralChoiceLeadsToTheResponses) {
-    WriteFile(File("ROUTE.TMP"), "\"NSVARML\"\r\n");
-    WriteFile(File("VARL.TMP"), "3\r\n");
-    WriteFile(File("VARLPAT.TMP"), "1\r\n0\r\n0\r\n1\r\n1\r\n0\r\n1\r\n1\r\n1\r\n");
-    Arrive();
-    module().Click("VARSTR1", "Command1");
-    ASSERT_FALSE(module().Ended()) << Failure();
-    EXPECT_EQ(module().CurrentScreen, "VARIR2");
-    EXPECT_EQ(ReadFile(File("ROUTE.TMP")), "\"NSVARML\"\r\n");
-    EXPECT_TRUE(
-        ReadFile(File("OUTPUT.TXT"))
-            .ends_with(module().ResultText +
-                       "\r\n\r\n****************************\r\n"
-                       "Non-structural VAR analysis\r\n****************************\r\n\r\n"));
 }
 
 } // namespace
