@@ -45,7 +45,8 @@ Int16 FreeElementCount(int k) {
     return CInt((std::pow(k, 2) + k) / 2);
 }
 
-double ObservationLogLikelihood(int t, const Matrix& L, const Matrix& u, Int16 k, Int16& flag) {
+ObservationLogLikelihood::ObservationLogLikelihood(const Matrix& L, Int16 k, Int16& flag)
+    : inverse_(k, k) {
     Matrix sigma(k, k);
     for (int i = 1; i <= k; ++i) {
         for (int j = i; j <= k; ++j) {
@@ -56,22 +57,24 @@ double ObservationLogLikelihood(int t, const Matrix& L, const Matrix& u, Int16 k
             sigma(i, j) = sigma(j, i) = sum;
         }
     }
-    Matrix inverse(k, k);
-    double determinant = 0;
-    Int16 failed;
-    InvertMatrix(sigma, inverse, determinant, k, failed);
-    if (failed == 1 || !(determinant > 0)) {
-        flag = 1;
+    Int16 inversion;
+    InvertMatrix(sigma, inverse_, determinant_, k, inversion);
+    failed_ = inversion == 1 || !(determinant_ > 0);
+    flag = failed_ ? 1 : 0;
+}
+
+double ObservationLogLikelihood::At(int t, const Matrix& u) const {
+    if (failed_) {
         return 0;
     }
-    flag = 0;
+    const int k = inverse_.Rows();
     double quadratic = 0;
     for (int i = 1; i <= k; ++i) {
         for (int j = 1; j <= k; ++j) {
-            quadratic += u(t, i) * inverse(i, j) * u(t, j);
+            quadratic += u(t, i) * inverse_(i, j) * u(t, j);
         }
     }
-    return -0.5 * quadratic - 0.5 * std::log(determinant);
+    return -0.5 * quadratic - 0.5 * std::log(determinant_);
 }
 
 Matrix ReadResiduals(const Workspace& workspace, int T) {
@@ -95,27 +98,33 @@ VarianceOfL ComputeVarianceOfL(EstimationView& view, Matrix L, const Matrix& u, 
     const std::vector<Place> places = FreePlaces(k);
     const int nL = FreeElementCount(k);
     const int n = static_cast<int>(T);
+    // The likelihoods with each free element of L one step up and one step down do not depend
+    // on the observation: their Sigmas are inverted once, not once per observation.
+    std::vector<ObservationLogLikelihood> up;
+    std::vector<ObservationLogLikelihood> down;
+    for (const Place& place : places) {
+        double& element = L(place.i, place.j);
+        const double kept = element;
+        Int16 flag;
+        element = kept + ScoreStep;
+        up.emplace_back(L, k, flag);
+        if (flag == 1) {
+            return VarianceOfL::LSingular;
+        }
+        element = kept - ScoreStep;
+        down.emplace_back(L, k, flag);
+        if (flag == 1) {
+            return VarianceOfL::LSingular;
+        }
+        element = kept;
+    }
     Matrix G(nL, nL);
     Vector g(nL);
     for (int t = 1; t <= n; ++t) {
         view.Working();
         for (int c = 1; c <= nL; ++c) {
-            double& element = L(places[static_cast<std::size_t>(c - 1)].i,
-                                places[static_cast<std::size_t>(c - 1)].j);
-            const double kept = element;
-            Int16 flag;
-            element = kept + ScoreStep;
-            const double plus = ObservationLogLikelihood(t, L, u, k, flag);
-            if (flag == 1) {
-                return VarianceOfL::LSingular;
-            }
-            element = kept - ScoreStep;
-            const double minus = ObservationLogLikelihood(t, L, u, k, flag);
-            if (flag == 1) {
-                return VarianceOfL::LSingular;
-            }
-            element = kept;
-            g(c) = 0.5 * (plus - minus) / ScoreStep;
+            const std::size_t index = static_cast<std::size_t>(c - 1);
+            g(c) = 0.5 * (up[index].At(t, u) - down[index].At(t, u)) / ScoreStep;
         }
         for (int r = 1; r <= nL; ++r) {
             for (int s = 1; s <= nL; ++s) {

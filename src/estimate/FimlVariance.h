@@ -16,10 +16,20 @@ inline constexpr double ScoreStep = 0.0001;
 // The number of free elements of a lower triangular k by k matrix, (k^2 + k) / 2.
 Int16 FreeElementCount(int k);
 
-// The log-likelihood of observation t without its constant: with Sigma = LL',
-// -0.5 u(t)' Sigma^-1 u(t) - 0.5 ln det Sigma. Flag 1 (and 0 returned) when the inversion of
-// Sigma fails or its determinant is not positive.
-double ObservationLogLikelihood(int t, const Matrix& L, const Matrix& u, Int16 k, Int16& flag);
+// The log-likelihood of one observation's residuals without its constant, with Sigma = LL':
+// -0.5 u(t)' Sigma^-1 u(t) - 0.5 ln det Sigma. Sigma is inverted once, when it is made.
+class ObservationLogLikelihood {
+public:
+    // Flag 1 when the inversion of Sigma fails or its determinant is not positive.
+    ObservationLogLikelihood(const Matrix& L, Int16 k, Int16& flag);
+    // Observation t of the residuals u (T by k); 0 when the flag was 1.
+    double At(int t, const Matrix& u) const;
+
+private:
+    Matrix inverse_;
+    double determinant_ = 0;
+    bool failed_ = false;
+};
 
 // The residuals of U.TMP, u(t, i) for t = 1..T.
 Matrix ReadResiduals(const Workspace& workspace, int T);

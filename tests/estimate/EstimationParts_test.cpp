@@ -76,15 +76,16 @@ TEST(ObservationLogLikelihood, IsTheNormalDensityWithoutItsConstant) {
     u(1, 1) = 1;
     u(1, 2) = 3;
     Int16 flag = 7;
-    const double value = ObservationLogLikelihood(1, L, u, 2, flag);
+    const double value = ObservationLogLikelihood(L, 2, flag).At(1, u);
     EXPECT_EQ(flag, 0);
     // u' Sigma^-1 u = 0.5 - 3 + 9 = 6.5.
     EXPECT_NEAR(value, -0.5 * 6.5 - 0.5 * std::log(4.0), 1e-12);
     EXPECT_NEAR(ConcentratedLogLikelihood(L, 10), 10 * (-std::log(2.0) - 1 - std::log(2 * M_PI)),
                 1e-12);
     L(2, 2) = 0;
-    ObservationLogLikelihood(1, L, u, 2, flag);
+    const ObservationLogLikelihood singular(L, 2, flag);
     EXPECT_EQ(flag, 1);
+    EXPECT_EQ(singular.At(1, u), 0);
     EXPECT_EQ(FreeElementCount(3), 6);
 }
 
