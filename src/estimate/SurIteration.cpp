@@ -82,7 +82,8 @@ Int16 EstimateSUR(EstimationView& view, const Matrix& L, double T, Int16 K, Int1
 
     view.Show(view.Prefix() + ".Inverting matrix. Time =" + view.Seconds());
     estimates.V.Resize(K, K);
-    InvertMatrix(XX, estimates.V, determinant, K, flag);
+    // The system's inversion is the longest step of a round; the screen stays alive through it.
+    InvertMatrix(XX, estimates.V, determinant, K, flag, nullptr, [&view] { view.Pause(); });
     view.Show(view.Prefix() + ". Inversion done. Time =" + view.Seconds());
     if (flag == 1) {
         view.AppendLine("Singular X'X matrix in procedure SUR at call" + NumberToText(call));

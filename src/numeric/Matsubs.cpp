@@ -1,5 +1,6 @@
 #include "numeric/Matsubs.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -68,7 +69,7 @@ void InvertOne(const Matrix& matrix, Matrix& inverse, double& determinant, Int16
 } // namespace
 
 void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, double size,
-                  Int16& flag, InversionResidual* residual) {
+                  Int16& flag, InversionResidual* residual, const std::function<void()>& eachRow) {
     const int n = CInt(size);
     if (matrix.Rows() < n || matrix.Cols() < n) {
         Raise(SubscriptOutOfRange);
@@ -84,19 +85,23 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
     const Decimal margin = Decimal::FromInteger(100);
     const int width = 2 * n;
 
-    // The matrix and the identity side by side, and an untouched copy for the residual check.
-    // An element that does not convert stays 0.
+    // The matrix and the identity side by side. An element that does not convert stays 0.
     DecimalArray a(n, width);
-    DecimalArray m(n, n);
     for (int i = 1; i <= n; ++i) {
         for (int j = 1; j <= n; ++j) {
             try {
                 a(i, j) = Decimal::FromDouble(matrix(i, j));
-                m(i, j) = a(i, j);
             } catch (const RuntimeError&) {
             }
         }
         a(i, n + i) = one;
+    }
+    // An untouched copy for the residual check.
+    DecimalArray m(residual != nullptr ? n : 0, n);
+    if (residual != nullptr) {
+        for (int i = 1; i <= n; ++i) {
+            std::copy(a.Row(i), a.Row(i) + n, m.Row(i));
+        }
     }
 
     Decimal det = one; // the determinant, in decimal like the rest
@@ -154,6 +159,9 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
                 Decimal::SubtractMultiple(a.Row(r), f, pivotRow, columns.data(), columns.size());
             }
         }
+        if (eachRow) {
+            eachRow();
+        }
     }
 
     for (int i = n; i >= 1; --i) {
@@ -165,6 +173,9 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
             if (!f.IsZero()) {
                 Decimal::SubtractMultiple(a.Row(r), f, pivotRow, columns.data(), columns.size());
             }
+        }
+        if (eachRow) {
+            eachRow();
         }
     }
 
@@ -178,6 +189,9 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
         }
     }
     a.Release();
+    if (residual == nullptr) {
+        return;
+    }
 
     // Residual check: C = M * B, summed over k in order for every element. It decides nothing.
     DecimalArray c(n, n);
@@ -202,10 +216,8 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
             }
         }
     }
-    if (residual != nullptr) {
-        residual->largestDeviation = largest.ToDouble();
-        residual->poor = largest > Decimal::FromText("0.001");
-    }
+    residual->largestDeviation = largest.ToDouble();
+    residual->poor = largest > Decimal::FromText("0.001");
 }
 
 void CroutDecompose(Matrix& matrix, double size, Int16& flag) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "frame/Int16.h"
@@ -24,8 +25,13 @@ struct InversionResidual {
 // skipped and the inversion goes on. A 1 by 1 matrix is inverted in doubles and keeps the
 // determinant 1. `inverse` is enlarged to Size by Size when it is smaller. A `matrix` smaller
 // than Size raises error 9.
+// The residual check (Matrix * Inverse against the identity, in decimal) decides nothing; it is
+// made only when `residual` asks for its result. `eachRow`, when given, is called after every
+// row of the elimination and of the back substitution, so that a long inversion can keep the
+// screen alive.
 void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, double size,
-                  Int16& flag, InversionResidual* residual = nullptr);
+                  Int16& flag, InversionResidual* residual = nullptr,
+                  const std::function<void()>& eachRow = {});
 
 // Crout's LDU decomposition in place, without pivoting: afterwards `matrix` holds the unit lower
 // triangle below the diagonal, the pivots on it and the unit upper triangle above it. Flag 1

@@ -216,6 +216,23 @@ TEST(InvertMatrix, UsesTheTopLeftBlockOfALargerMatrix) {
               SubscriptOutOfRange);
 }
 
+// Without a residual to report the check is skipped, and the inverse is the same to the bit; the
+// row hook runs once per row of the elimination and once per row of the back substitution.
+TEST(InvertMatrix, TheResidualAndTheRowHookLeaveTheInverseAsItIs) {
+    const Matrix m = FromRows({{4, 1, 2}, {1, 5, 3}, {2, 3, 7}});
+    const Inversion checked = Invert(m, 3);
+    Matrix inverse;
+    double determinant = 0.0;
+    Int16 flag;
+    int rows = 0;
+    InvertMatrix(m, inverse, determinant, 3, flag, nullptr, [&rows] { ++rows; });
+    EXPECT_EQ(rows, 6);
+    EXPECT_EQ(flag, 0);
+    EXPECT_EQ(determinant, checked.determinant);
+    EXPECT_EQ(inverse, checked.inverse);
+    EXPECT_LT(checked.residual.largestDeviation, 1e-20);
+}
+
 TEST(CroutDecompose, UnitTrianglesAndPivotsRebuildTheMatrix) {
     const Matrix a = FromRows({{4, 3, 2}, {8, 10, 7}, {-4, 9, 12}});
     Matrix lu = a;
