@@ -7,6 +7,8 @@ packages=(
     qt6-base-dev qt6-base-dev-tools libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
     fonts-dejavu-core fontconfig
+    python3
+    clang-14 libclang-rt-14-dev llvm-14
 )
 
 missing=()

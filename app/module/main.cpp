@@ -54,6 +54,9 @@ void PrintUsage(std::ostream& out) {
            "  dump SCREEN.CONTROL                  print a control's text or items\n"
            "  dump-report                          print the pending report\n"
            "  screenshot FILE                      render what the frame shows to a PNG file\n"
+           "  remove NAME                          delete a file of LORVANE.DAT, as another "
+           "program\n"
+           "                                       might\n"
            "\n"
            "Script exit codes: 0 done, 1 an expect failed, 2 bad script line, 3 a box had no\n"
            "queued answer, 4 a run-time error ended the module.\n";

@@ -4,6 +4,7 @@
 
 #include "frame/Int16.h"
 #include "frame/NumberText.h"
+#include "frame/RuntimeError.h"
 
 namespace lorvane {
 
@@ -21,7 +22,9 @@ std::string ObsLabel(int t, int dataType, int firstYear, int firstPeriod, int pe
     int period = firstPeriod + t - 1;
     if (t > periodsLeftInFirstYear) {
         const int u = t - 1 - periodsLeftInFirstYear;
-        year = std::round(Int(ToSingle(static_cast<double>(u) / periodsPerYear)) + firstYear + 1);
+        // A damaged header may hold 0 periods a year: the division fails here (error 11, or 6
+        // for 0 / 0) before the remainder below would divide by zero.
+        year = std::round(Int(ToSingle(CheckedDivide(u, periodsPerYear))) + firstYear + 1);
         period = u % periodsPerYear + 1;
     }
     const std::string periodText = Trim(NumberToText(period));

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
+#include <filesystem>
 #include <map>
 #include <sstream>
 
@@ -50,10 +52,17 @@ bool IsWhole(const std::string& word, long long& value) {
     return error == std::errc() && end == word.data() + word.size();
 }
 
+// A finite number; value holds it. (std::stod is no check: it refuses some numbers that
+// from_chars reads, such as 1e-310, with an exception.)
+bool ReadNumber(const std::string& word, double& value) {
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+    return error == std::errc() && end == word.data() + word.size() && !word.empty() &&
+           std::isfinite(value);
+}
+
 bool IsNumber(const std::string& word) {
     double value = 0;
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
-    return error == std::errc() && end == word.data() + word.size() && !word.empty();
+    return ReadNumber(word, value);
 }
 
 // The words from index `from` on, joined by single blanks.
@@ -141,6 +150,11 @@ std::string CheckForm(const Line& line) {
     }
     if (verb == "dump-report") {
         return n == 1 ? "" : "dump-report takes nothing";
+    }
+    if (verb == "remove") {
+        const bool plainName = n == 2 && line.words[1].find_first_of("/\\") == std::string::npos &&
+                               line.words[1] != "." && line.words[1] != "..";
+        return plainName ? "" : "remove takes the NAME of a file in the data folder";
     }
     if (verb == "expect") {
         if (n < 3 || !targeted) {
@@ -294,6 +308,11 @@ int ScriptDriver::Perform(const Line& line) {
         out_ << ForOutput(module_.ResultText);
         return Done;
     }
+    if (verb == "remove") {
+        std::error_code ignored;
+        std::filesystem::remove(module_.DataFile(line.words[1]), ignored);
+        return Done;
+    }
     if (verb == "screenshot") {
         if (!screenshot_ || !screenshot_(line.words[1])) {
             return Fail(ExpectFailed, line, "no screenshot could be written to " + line.words[1]);
@@ -370,8 +389,9 @@ int ScriptDriver::Perform(const Line& line) {
     auto findItem = [&](std::size_t word, int& index) {
         long long number = 0;
         if (!line.quoted[word] && IsWhole(line.words[word], number)) {
-            index = static_cast<int>(number);
-            return index >= 0 && index < control->ListCount();
+            // Checked before it is narrowed: 4294967296 is no item 0.
+            index = number >= 0 && number < control->ListCount() ? static_cast<int>(number) : -1;
+            return index >= 0;
         }
         for (int i = 0; i < control->ListCount(); ++i) {
             if (Unmarked(control->Items[static_cast<std::size_t>(i)]) ==
@@ -417,8 +437,11 @@ int ScriptDriver::Perform(const Line& line) {
         }
         module_.Change(screenName, controlName);
     } else if (verb == "mouse") {
-        module_.MouseMove(screenName, controlName, std::stod(line.words[2]),
-                          std::stod(line.words[3]));
+        double x = 0;
+        double y = 0;
+        ReadNumber(line.words[2], x);
+        ReadNumber(line.words[3], y);
+        module_.MouseMove(screenName, controlName, x, y);
     } else if (verb == "dblclick-picture") {
         module_.PictureDoubleClick(screenName, controlName);
     }

@@ -144,7 +144,8 @@ double TextInput::ReadNumber() {
     }
     double value = 0.0;
     const auto [rest, error] = std::from_chars(first, last, value);
-    if (error != std::errc() || rest != last) {
+    // The comma form never holds "nan" or "inf": such a field is not a number.
+    if (error != std::errc() || rest != last || !std::isfinite(value)) {
         Raise(TypeMismatch);
     }
     return value;

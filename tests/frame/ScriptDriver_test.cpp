@@ -100,6 +100,9 @@ TEST_F(ScriptDriverTest, BadLineForms) {
         {"check SelVar1.Check1 2",
          "line 1: check takes SCREEN.CONTROL 0 or 1: check SelVar1.Check1 2\n"},
         {"click SelVar1.Nothing", "line 1: the screen SelVar1 has no control Nothing\n"},
+        {"remove ../INPUT1.RAN",
+         "line 1: remove takes the NAME of a file in the data folder: remove ../INPUT1.RAN\n"},
+        {"remove ..", "line 1: remove takes the NAME of a file in the data folder: remove ..\n"},
     };
     for (const auto& [script, message] : cases) {
         errors.str("");

@@ -7,6 +7,9 @@
 #   - LORVANE.DAT/OUTPUT.TXT with NAME.log beside the script, when it exists,
 # with the session date and time lines of the log, the work folder's path (WORK) and the
 # program's folder (PROGRAM) masked.
+# Each "# damage: COMMAND" line (in order) runs COMMAND with bash in the work folder after the
+# import and before the run, to damage the prepared files. A run that takes longer than
+# LORVANE_SCRIPT_TIMEOUT seconds (default 240) is stopped and fails as a hang.
 # LORVANE_UPDATE_EXPECTED=1 writes the expected files from this run instead (review them before
 # committing: a change of expected text is a change of behaviour).
 set -uo pipefail
@@ -30,8 +33,22 @@ else
     mkdir -p "$work/folder"
 fi
 
-QT_QPA_PLATFORM=offscreen "$var" --script "$script" "$work/folder" >"$work/stdout" 2>"$work/stderr"
+while IFS= read -r damage; do
+    (cd "$work/folder" && bash -euo pipefail -c "$damage") || { echo "damage failed: $damage"; exit 1; }
+done < <(sed -n 's/^# damage: *//p' "$script")
+
+QT_QPA_PLATFORM=offscreen timeout --kill-after=10 "${LORVANE_SCRIPT_TIMEOUT:-240}" \
+    "$var" --script "$script" "$work/folder" >"$work/stdout" 2>"$work/stderr"
 code=$?
+if [ "$code" = 124 ] || [ "$code" = 137 ]; then
+    echo "the run did not end within ${LORVANE_SCRIPT_TIMEOUT:-240} seconds"
+    exit 1
+fi
+if [ "$code" -gt 128 ]; then
+    echo "the program crashed with signal $((code - 128))"
+    cat "$work/stderr"
+    exit 1
+fi
 
 mask() {
     sed -e "s|$work/folder|WORK|g" -e "s|$(dirname "$var")|PROGRAM|g" \
