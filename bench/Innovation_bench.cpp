@@ -14,7 +14,7 @@ using lorvane::Matrix;
 
 // A stable VAR(p) of n variables without zero restrictions, with dense variance matrices, from
 // a fixed linear congruential sequence.
-InnovationModel SyntheticModel(int n, int p) {
+InnovationModel SyntheticModel(int n, int p, int T) {
     std::uint64_t state = 20261122;
     const auto next = [&state] {
         state = state * 6364136223846793005ULL + 1442695040888963407ULL;
@@ -23,7 +23,7 @@ InnovationModel SyntheticModel(int n, int p) {
     InnovationModel model;
     model.n = n;
     model.p = p;
-    model.T = 200;
+    model.T = T;
     model.Z = lorvane::Pattern(n);
     model.LPattern = lorvane::Pattern(n);
     for (int i = 1; i <= n; ++i) {
@@ -66,8 +66,9 @@ InnovationModel SyntheticModel(int n, int p) {
 void BM_InnovationStart(benchmark::State& state) {
     const int n = static_cast<int>(state.range(0));
     const int p = static_cast<int>(state.range(1));
-    const int H = static_cast<int>(state.range(2));
-    const InnovationModel original = SyntheticModel(n, p);
+    const int T = static_cast<int>(state.range(2));
+    const int H = static_cast<int>(state.range(3));
+    const InnovationModel original = SyntheticModel(n, p, T);
     for (auto _ : state) {
         InnovationModel model = original;
         lorvane::WorkCounter work{0, lorvane::TotalWork(n, H, model.NA, model.NL), {}};
@@ -80,6 +81,15 @@ void BM_InnovationStart(benchmark::State& state) {
         benchmark::DoNotOptimize(se);
     }
 }
-BENCHMARK(BM_InnovationStart)->Args({6, 8, 40})->Args({3, 2, 10})->Unit(benchmark::kMillisecond);
+// The three sizes of the estimation benchmarks at horizon 11, the largest that the 16-bit work
+// counter allows for the large model (k = 10, p = 12: NA = 1200, NL = 55), and the medium
+// model at horizon 40.
+BENCHMARK(BM_InnovationStart)
+    ->ArgNames({"k", "p", "T", "H"})
+    ->Args({3, 2, 73, 11})
+    ->Args({6, 8, 1000, 11})
+    ->Args({10, 12, 2000, 11})
+    ->Args({6, 8, 1000, 40})
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
