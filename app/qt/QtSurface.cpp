@@ -1,6 +1,5 @@
 #include "QtSurface.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include <QFile>
@@ -24,52 +23,31 @@ constexpr int TextPixels = 11;
 } // namespace
 
 QtSurface::QtSurface(int widthPixels, int heightPixels)
-    : image_(std::max(widthPixels, 1), std::max(heightPixels, 1), QImage::Format_RGB32),
-      font_(SansFont(TextPoints)), right_(image_.width() * TwipsPerPixel),
-      bottom_(image_.height() * TwipsPerPixel) {
+    : ScaledSurface(widthPixels, heightPixels),
+      image_(Scale().widthPixels, Scale().heightPixels, QImage::Format_RGB32),
+      font_(SansFont(TextPoints)) {
     image_.setDotsPerMeterX(DotsPerMeter);
     image_.setDotsPerMeterY(DotsPerMeter);
     image_.fill(Qt::white);
     font_.setPixelSize(TextPixels);
 }
 
-void QtSurface::setScale(double left, double top, double right, double bottom) {
-    // A scale without extent would divide by zero; it keeps the previous one.
-    if (right == left || bottom == top) {
-        return;
-    }
-    left_ = left;
-    top_ = top;
-    right_ = right;
-    bottom_ = bottom;
-}
-
-void QtSurface::setDrawWidth(double width) {
-    drawWidth_ = std::max(1.0, width);
-}
-
-void QtSurface::setDrawStyle(DrawStyle style) {
-    style_ = style;
-}
-
 QPointF QtSurface::toPixels(double x, double y) const {
-    return {(x - left_) / (right_ - left_) * image_.width(),
-            (y - top_) / (bottom_ - top_) * image_.height()};
+    return {Scale().PixelX(x), Scale().PixelY(y)};
 }
 
 QPointF QtSurface::toLogical(QPointF pixels) const {
-    return {left_ + pixels.x() / image_.width() * (right_ - left_),
-            top_ + pixels.y() / image_.height() * (bottom_ - top_)};
+    return {Scale().LogicalX(pixels.x()), Scale().LogicalY(pixels.y())};
 }
 
 QPen QtSurface::pen(Colour colour) const {
-    QPen pen(ToQColor(colour), drawWidth_);
+    QPen pen(ToQColor(colour), DrawWidth());
     pen.setCapStyle(Qt::RoundCap);
     // Dashes and dots are drawn with thin lines only, as on the module's home platform.
-    if (drawWidth_ <= 1) {
-        if (style_ == DrawStyle::Dash) {
+    if (DrawWidth() <= 1) {
+        if (Style() == DrawStyle::Dash) {
             pen.setStyle(Qt::DashLine);
-        } else if (style_ == DrawStyle::Dot) {
+        } else if (Style() == DrawStyle::Dot) {
             pen.setStyle(Qt::DotLine);
         }
     }
@@ -99,7 +77,7 @@ void QtSurface::dot(double x, double y, Colour colour) {
     QPainter painter(&image_);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPointF centre = toPixels(x, y);
-    if (drawWidth_ <= 1) {
+    if (DrawWidth() <= 1) {
         painter.setPen(ToQColor(colour));
         painter.drawPoint(QPoint(static_cast<int>(std::floor(centre.x())),
                                  static_cast<int>(std::floor(centre.y()))));
@@ -107,17 +85,17 @@ void QtSurface::dot(double x, double y, Colour colour) {
     }
     painter.setPen(Qt::NoPen);
     painter.setBrush(ToQColor(colour));
-    painter.drawEllipse(centre, drawWidth_ / 2, drawWidth_ / 2);
+    painter.drawEllipse(centre, DrawWidth() / 2, DrawWidth() / 2);
 }
 
 double QtSurface::textWidth(const std::string& text) const {
     const QFontMetricsF metrics(font_, &image_);
-    return metrics.horizontalAdvance(ToQt(text)) / image_.width() * std::abs(right_ - left_);
+    return Scale().UnitsAcross(metrics.horizontalAdvance(ToQt(text)));
 }
 
 double QtSurface::textHeight(const std::string& /*text*/) const {
     const QFontMetricsF metrics(font_, &image_);
-    return metrics.height() / image_.height() * std::abs(bottom_ - top_);
+    return Scale().UnitsDown(metrics.height());
 }
 
 void QtSurface::text(double x, double y, const std::string& text, Colour colour) {

@@ -91,15 +91,14 @@ void PictureWidget::setPicture(const QtSurface* surface, double pixelsPerTwip) {
         image_ = surface->image();
         update();
     }
-    scale_ = surface->scale();
+    scale_ = surface->Scale();
 }
 
 QPointF PictureWidget::toLogical(QPointF pixels) const {
     if (!scale_ || image_.isNull()) {
         return pixels / pixelsPerTwip_;
     }
-    return {scale_->left + pixels.x() / image_.width() * (scale_->right - scale_->left),
-            scale_->top + pixels.y() / image_.height() * (scale_->bottom - scale_->top)};
+    return {scale_->LogicalX(pixels.x()), scale_->LogicalY(pixels.y())};
 }
 
 void PictureWidget::paintEvent(QPaintEvent* /*event*/) {

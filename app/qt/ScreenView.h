@@ -52,7 +52,7 @@ protected:
 
 private:
     QImage image_;
-    std::optional<QtSurface::Scale> scale_;
+    std::optional<PictureScale> scale_;
     double pixelsPerTwip_ = 1 / 15.0;
 };
 

@@ -9,9 +9,6 @@ namespace lorvane {
 
 namespace {
 
-// Positions are in twips until a scale is set, as on the surfaces of the desktop.
-constexpr double TwipsPerPixel = 15;
-
 std::string Hex(Colour colour) {
     char buffer[8];
     std::snprintf(buffer, sizeof buffer, "%06X", static_cast<unsigned>(colour & 0xFFFFFF));
@@ -21,32 +18,18 @@ std::string Hex(Colour colour) {
 } // namespace
 
 RecordingSurface::RecordingSurface(int widthPixels, int heightPixels)
-    : width_(std::max(widthPixels, 1)), height_(std::max(heightPixels, 1)),
-      right_(width_ * TwipsPerPixel), bottom_(height_ * TwipsPerPixel) {}
+    : ScaledSurface(widthPixels, heightPixels) {}
 
 void RecordingSurface::Record(std::string kind, std::vector<double> values, Colour colour,
                               std::string text) {
     operations_.push_back(
-        {std::move(kind), std::move(values), std::move(text), colour, drawWidth_, style_});
+        {std::move(kind), std::move(values), std::move(text), colour, DrawWidth(), Style()});
 }
 
 void RecordingSurface::setScale(double left, double top, double right, double bottom) {
-    if (right == left || bottom == top) {
-        return;
+    if (ChangeScale(left, top, right, bottom)) {
+        Record("scale", {left, top, right, bottom}, 0);
     }
-    left_ = left;
-    top_ = top;
-    right_ = right;
-    bottom_ = bottom;
-    Record("scale", {left, top, right, bottom}, 0);
-}
-
-void RecordingSurface::setDrawWidth(double width) {
-    drawWidth_ = std::max(1.0, width);
-}
-
-void RecordingSurface::setDrawStyle(DrawStyle style) {
-    style_ = style;
 }
 
 void RecordingSurface::clear(Colour background) {
@@ -66,11 +49,11 @@ void RecordingSurface::dot(double x, double y, Colour colour) {
 }
 
 double RecordingSurface::textWidth(const std::string& text) const {
-    return static_cast<double>(text.size()) * CharacterPixels / width_ * std::abs(right_ - left_);
+    return Scale().UnitsAcross(static_cast<double>(text.size()) * CharacterPixels);
 }
 
 double RecordingSurface::textHeight(const std::string& /*text*/) const {
-    return LinePixels / height_ * std::abs(bottom_ - top_);
+    return Scale().UnitsDown(LinePixels);
 }
 
 void RecordingSurface::text(double x, double y, const std::string& text, Colour colour) {
@@ -78,7 +61,7 @@ void RecordingSurface::text(double x, double y, const std::string& text, Colour 
 }
 
 bool RecordingSurface::saveBitmap(const std::filesystem::path& file) const {
-    operations_.push_back({"save", {}, file.string(), 0, drawWidth_, style_});
+    operations_.push_back({"save", {}, file.string(), 0, DrawWidth(), Style()});
     return saveSucceeds_;
 }
 

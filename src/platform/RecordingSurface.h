@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Surface.h"
+#include "platform/ScaledSurface.h"
 
 namespace lorvane {
 
@@ -14,7 +14,7 @@ namespace lorvane {
 // were 6 pixels wide and a line 13 pixels high. saveBitmap writes nothing: it records the call
 // and reports success (or failure, when told to), so that the logic around it runs as with a
 // real surface; the file it names does not come into being.
-class RecordingSurface : public Surface {
+class RecordingSurface : public ScaledSurface {
 public:
     static constexpr double CharacterPixels = 6;
     static constexpr double LinePixels = 13;
@@ -33,8 +33,6 @@ public:
     RecordingSurface(int widthPixels, int heightPixels);
 
     void setScale(double left, double top, double right, double bottom) override;
-    void setDrawWidth(double width) override;
-    void setDrawStyle(DrawStyle style) override;
     void clear(Colour background) override;
     void line(double x1, double y1, double x2, double y2, Colour colour) override;
     void box(double x1, double y1, double x2, double y2, Colour colour) override;
@@ -44,8 +42,8 @@ public:
     void text(double x, double y, const std::string& text, Colour colour) override;
     bool saveBitmap(const std::filesystem::path& file) const override;
 
-    int WidthPixels() const { return width_; }
-    int HeightPixels() const { return height_; }
+    int WidthPixels() const { return Scale().widthPixels; }
+    int HeightPixels() const { return Scale().heightPixels; }
     const std::vector<Operation>& Operations() const { return operations_; }
     // The operations of one kind, in order.
     std::vector<Operation> OperationsOf(const std::string& kind) const;
@@ -60,14 +58,6 @@ public:
 private:
     void Record(std::string kind, std::vector<double> values, Colour colour, std::string text = {});
 
-    int width_;
-    int height_;
-    double left_ = 0;
-    double top_ = 0;
-    double right_;
-    double bottom_;
-    double drawWidth_ = 1;
-    DrawStyle style_ = DrawStyle::Solid;
     bool saveSucceeds_ = true;
     // saveBitmap is const, as on every surface; the record of the call is not the picture.
     mutable std::vector<Operation> operations_;

@@ -129,3 +129,30 @@ TEST_F(ScriptDriverTest, ARunTimeErrorGivesFourAndItsMessage) {
     EXPECT_EQ(out.str(),
               "Run-time error '91':\n\nObject variable or With block variable not set\n");
 }
+
+// The pointer's coordinates were checked with one number reader and read with another, which
+// threw on a tiny number the first had taken, and the driver died of the uncaught exception.
+// Every number the check takes is now used as it was read; a coordinate that is not a finite
+// number is a bad line.
+TEST_F(ScriptDriverTest, PointerCoordinatesAreReadAsChecked) {
+    EXPECT_EQ(Run("mouse SelVar1.List1 1e-310 -4.9e-324\n", {"SelVar1"}), ScriptDriver::Done)
+        << errors.str();
+    for (const char* coordinates : {"nan 0", "0 inf", "1e999 0"}) {
+        errors.str("");
+        EXPECT_EQ(Run(std::string("mouse SelVar1.List1 ") + coordinates + "\n", {"SelVar1"}),
+                  ScriptDriver::BadLine)
+            << coordinates;
+        EXPECT_EQ(errors.str(), std::string("line 1: mouse takes SCREEN.CONTROL X Y: mouse "
+                                            "SelVar1.List1 ") +
+                                    coordinates + "\n");
+    }
+}
+
+// An item number beyond the range of int was narrowed before the check and could name an item
+// that exists (2^32 + 1 became item 1).
+TEST_F(ScriptDriverTest, HugeItemNumbersNameNoItem) {
+    EXPECT_EQ(Run("dblclick SelVar1.List1 4294967297\n", {"SelVar1"}), ScriptDriver::ExpectFailed);
+    EXPECT_EQ(errors.str(), "line 1: the list SelVar1.List1 has no item 4294967297\n");
+    EXPECT_TRUE(ProbeScreen::Events() ==
+                std::vector<std::string>({"SELVAR1 load", "SELVAR1 activate 1"}));
+}
