@@ -51,6 +51,7 @@ void PrintUsage(std::ostream& out) {
            "  expect SCREEN.CONTROL PROPERTY VALUE caption, visible, enabled, count, item N, "
            "contains\n"
            "  expect-screen NAME                   the screen that fills the frame\n"
+           "  expect-file NAME 0|1                 a file of LORVANE.DAT is missing or there\n"
            "  dump SCREEN.CONTROL                  print a control's text or items\n"
            "  dump-report                          print the pending report\n"
            "  screenshot FILE                      render what the frame shows to a PNG file\n"

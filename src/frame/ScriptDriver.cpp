@@ -60,6 +60,11 @@ bool ReadNumber(const std::string& word, double& value) {
            std::isfinite(value);
 }
 
+// A file name of the data folder: no folder part, not "." or "..".
+bool IsPlainName(const std::string& word) {
+    return word.find_first_of("/\\") == std::string::npos && word != "." && word != "..";
+}
+
 bool IsNumber(const std::string& word) {
     double value = 0;
     return ReadNumber(word, value);
@@ -152,9 +157,15 @@ std::string CheckForm(const Line& line) {
         return n == 1 ? "" : "dump-report takes nothing";
     }
     if (verb == "remove") {
-        const bool plainName = n == 2 && line.words[1].find_first_of("/\\") == std::string::npos &&
-                               line.words[1] != "." && line.words[1] != "..";
-        return plainName ? "" : "remove takes the NAME of a file in the data folder";
+        return n == 2 && IsPlainName(line.words[1])
+                   ? ""
+                   : "remove takes the NAME of a file in the data folder";
+    }
+    if (verb == "expect-file") {
+        return n == 3 && IsPlainName(line.words[1]) &&
+                       (line.words[2] == "0" || line.words[2] == "1")
+                   ? ""
+                   : "expect-file takes the NAME of a file in the data folder and 0 or 1";
     }
     if (verb == "expect") {
         if (n < 3 || !targeted) {
@@ -306,6 +317,14 @@ int ScriptDriver::Perform(const Line& line) {
     }
     if (verb == "dump-report") {
         out_ << ForOutput(module_.ResultText);
+        return Done;
+    }
+    if (verb == "expect-file") {
+        const bool wanted = line.words[2] == "1";
+        if (std::filesystem::exists(module_.DataFile(line.words[1])) != wanted) {
+            return Fail(ExpectFailed, line,
+                        DataFileText(line.words[1]) + (wanted ? " is missing" : " is there"));
+        }
         return Done;
     }
     if (verb == "remove") {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 
 #include "frame/ScriptDriver.h"
@@ -75,6 +76,19 @@ TEST_F(ScriptDriverTest, AFailedExpectationGivesOneWithItsLine) {
     EXPECT_EQ(errors.str(), "line 1: SelVar1.Command1 caption is \"Next\", expected \"Back\"\n");
 }
 
+// The files of the data folder, as another program would see them: expect-file checks, remove
+// deletes (in any letter case of the name, like every file of the folder).
+TEST_F(ScriptDriverTest, FilesOfTheDataFolderAreCheckedAndRemoved) {
+    std::filesystem::create_directories(test.Root() / "work" / "LORVANE.DAT");
+    WriteFile(test.Root() / "work" / "LORVANE.DAT" / "NOTES.TXT", "1\r\n");
+    EXPECT_EQ(Run("expect-file notes.txt 1\nremove NOTES.TXT\nexpect-file NOTES.TXT 0\n"
+                  "expect-file NOTES.TXT 1\n"),
+              ScriptDriver::ExpectFailed);
+    EXPECT_EQ(errors.str(),
+              "line 4: " + (std::filesystem::path("LORVANE.DAT") / "NOTES.TXT").string() +
+                  " is missing\n");
+}
+
 TEST_F(ScriptDriverTest, ADisabledOrMissingThingCannotBeUsed) {
     test.module().UseScreenTable(ProbeTable({"SelVar1"}));
     EXPECT_EQ(Run("click SelObs.Command1\n"), ScriptDriver::ExpectFailed);
@@ -103,6 +117,9 @@ TEST_F(ScriptDriverTest, BadLineForms) {
         {"remove ../INPUT1.RAN",
          "line 1: remove takes the NAME of a file in the data folder: remove ../INPUT1.RAN\n"},
         {"remove ..", "line 1: remove takes the NAME of a file in the data folder: remove ..\n"},
+        {"expect-file OUTPUT.TXT yes",
+         "line 1: expect-file takes the NAME of a file in the data folder and 0 or 1: "
+         "expect-file OUTPUT.TXT yes\n"},
     };
     for (const auto& [script, message] : cases) {
         errors.str("");
