@@ -46,11 +46,11 @@ Int16 EstimateOLS(EstimationView& view, Int16 K, double T, Estimates& estimates)
             const int offset = layout.Offset(i);
             Vector& xy = XY[static_cast<std::size_t>(i - 1)];
             Matrix& xx = XX[static_cast<std::size_t>(i - 1)];
-            for (int r = 1; r <= layout.Count(i); ++r) {
+            const int count = layout.Count(i);
+            for (int r = 1; r <= count; ++r) {
                 xy(r) += x(offset + r) * y(i) / T;
-                for (int c = r; c <= layout.Count(i); ++c) {
-                    xx(r, c) += x(offset + r) * x(offset + c) / T;
-                }
+                AddMoments(xx.Row(r, r, count - r + 1), x(offset + r),
+                           x.Part(offset + r, count - r + 1), T);
             }
         }
         view.Pause();

@@ -49,9 +49,7 @@ void ResidualPass(EstimationView& view, double T, const Vector& ybar, const std:
         }
         if (cross != nullptr) {
             for (int a = 1; a <= K; ++a) {
-                for (int c = a; c <= K; ++c) {
-                    (*cross)(a, c) += x(a) * x(c) / T;
-                }
+                AddMoments(cross->Row(a, a, K - a + 1), x(a), x.Part(a, K - a + 1), T);
             }
         }
         view.Pause();

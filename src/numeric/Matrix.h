@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "frame/RuntimeError.h"
@@ -34,6 +35,13 @@ public:
 
     double& operator()(int r, int c) { return data_[Offset(r, c)]; }
     double operator()(int r, int c) const { return data_[Offset(r, c)]; }
+    // Elements (r, c) to (r, c + count - 1), checked once, for loops that run along a row.
+    std::span<double> Row(int r, int c, int count) {
+        if (count > 0) {
+            Offset(r, c + count - 1);
+        }
+        return {data_.data() + (count > 0 ? Offset(r, c) : 0), static_cast<std::size_t>(count)};
+    }
 
     friend bool operator==(const Matrix&, const Matrix&) = default;
 
@@ -69,6 +77,13 @@ public:
 
     double& operator()(int i) { return data_[Offset(i)]; }
     double operator()(int i) const { return data_[Offset(i)]; }
+    // Elements i to i + count - 1, checked once.
+    std::span<const double> Part(int i, int count) const {
+        if (count > 0) {
+            Offset(i + count - 1);
+        }
+        return {data_.data() + (count > 0 ? Offset(i) : 0), static_cast<std::size_t>(count)};
+    }
 
     friend bool operator==(const Vector&, const Vector&) = default;
 
@@ -82,5 +97,14 @@ private:
 
     std::vector<double> data_;
 };
+
+// One observation's share of the moments: adds x * others[j] / T to sums[j], with the
+// division made at every step like every moment of the module. The loop runs without
+// subscript checks, so the compiler can do several elements at once.
+inline void AddMoments(std::span<double> sums, double x, std::span<const double> others, double T) {
+    for (std::size_t j = 0; j < sums.size(); ++j) {
+        sums[j] += x * others[j] / T;
+    }
+}
 
 } // namespace lorvane
