@@ -34,7 +34,7 @@ void VARDECOMP::Activate() {
 }
 
 void VARDECOMP::Click(Control& control) {
-    if (control.Name != "Command1" || !control.Enabled) {
+    if (control.Name != "Command1") {
         return;
     }
     if ((*this)("Check1").Value == 1) {

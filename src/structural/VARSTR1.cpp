@@ -143,9 +143,6 @@ void VARSTR1::Activate() {
 }
 
 void VARSTR1::Click(Control& control) {
-    if (!control.Enabled || !IsShown(control)) {
-        return;
-    }
     const std::string& name = control.Name;
     if (name == "Command1") {
         ChooseNonstructural();

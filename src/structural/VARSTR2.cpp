@@ -49,9 +49,6 @@ void VARSTR2::Activate() {
 }
 
 void VARSTR2::Click(Control& control) {
-    if (!control.Enabled || !IsShown(control)) {
-        return;
-    }
     const std::string& name = control.Name;
     if (name == "Command1") {
         Edit();
