@@ -7,6 +7,7 @@
 
 #include "estimate/EstimationReport.h"
 #include "estimate/EstimationView.h"
+#include "estimate/WaldFileWriter.h"
 #include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "frame/TextFile.h"
@@ -20,13 +21,8 @@ namespace {
 constexpr std::size_t ColumnWidth = 15;
 
 // The places of the free elements of L, row by row.
-struct Place {
-    int i;
-    int j;
-};
-
-std::vector<Place> FreePlaces(int k) {
-    std::vector<Place> places;
+std::vector<ElementPlace> FreePlaces(int k) {
+    std::vector<ElementPlace> places;
     for (int i = 1; i <= k; ++i) {
         for (int j = 1; j <= i; ++j) {
             places.push_back({i, j});
@@ -35,7 +31,7 @@ std::vector<Place> FreePlaces(int k) {
     return places;
 }
 
-std::string PlaceName(const Place& place) {
+std::string PlaceName(const ElementPlace& place) {
     return "L(" + Trim(NumberToText(place.i)) + "," + Trim(NumberToText(place.j)) + ")";
 }
 
@@ -92,17 +88,22 @@ Matrix ReadResiduals(const Workspace& workspace, int T) {
     return u;
 }
 
-VarianceOfL ComputeVarianceOfL(EstimationView& view, Matrix L, const Matrix& u, double T,
+VarianceOfL ComputeVarianceOfL(EstimationView& view, const Matrix& L, const Matrix& u, double T,
                                Matrix& VL) {
+    return ComputeScoreVariance(view, L, FreePlaces(L.Rows()), u, T, VL);
+}
+
+VarianceOfL ComputeScoreVariance(EstimationView& view, Matrix L,
+                                 const std::vector<ElementPlace>& places, const Matrix& u, double T,
+                                 Matrix& VL) {
     const Int16 k = L.Rows();
-    const std::vector<Place> places = FreePlaces(k);
-    const int nL = FreeElementCount(k);
+    const int nL = static_cast<int>(places.size());
     const int n = static_cast<int>(T);
     // The likelihoods with each free element of L one step up and one step down do not depend
     // on the observation: their Sigmas are inverted once, not once per observation.
     std::vector<ObservationLogLikelihood> up;
     std::vector<ObservationLogLikelihood> down;
-    for (const Place& place : places) {
+    for (const ElementPlace& place : places) {
         double& element = L(place.i, place.j);
         const double kept = element;
         Int16 flag;
@@ -180,59 +181,18 @@ std::string LReportText(const Matrix& L, const Matrix& VL, double T) {
 }
 
 void ExtendWaldFile(EstimationView& view, const Matrix& L, const Matrix& VL, double T) {
-    const Module& module = view.module;
-    const int k = L.Rows();
-    const std::vector<Place> places = FreePlaces(k);
-    const int nL = static_cast<int>(places.size());
-    {
-        TextInput old(module.DataFile("WALDT.TMP"));
-        const double fileT = old.ReadNumber();
-        const int K = old.ReadWhole();
-        TextOutput out(module.DataFile("WALDTN.TMP"), TextOutput::Mode::Output);
-        out.WriteRecord(CommaRecord().Number(fileT).Whole(Int16(K + nL)));
-        for (int q = 1; q <= K; ++q) {
-            out.WriteRecord(CommaRecord().Text(old.ReadField()));
-        }
-        int c = 0;
-        for (const Place& place : places) {
-            ++c;
-            const double t = TValue(T, L(place.i, place.j), VL(c, c));
-            out.WriteRecord(
-                CommaRecord().Text(DisplayRow(PlaceName(place), L(place.i, place.j), t)));
-        }
-        view.Working();
-        for (int q = 1; q <= K; ++q) {
-            out.WriteRecord(CommaRecord().Number(old.ReadNumber()));
-        }
-        for (const Place& place : places) {
-            out.WriteRecord(CommaRecord().Number(L(place.i, place.j)));
-        }
-        view.Working();
-        for (int r = 1; r <= K; ++r) {
-            for (int q = 1; q <= K; ++q) {
-                out.WriteRecord(CommaRecord().Number(old.ReadNumber()));
-            }
-            for (int q = 1; q <= nL; ++q) {
-                out.WriteRecord(CommaRecord().Whole(0));
-            }
-        }
-        for (int r = 1; r <= nL; ++r) {
-            for (int q = 1; q <= K; ++q) {
-                out.WriteRecord(CommaRecord().Whole(0));
-            }
-            for (int q = 1; q <= nL; ++q) {
-                out.WriteRecord(CommaRecord().Number(VL(r, q)));
-            }
-        }
-        out.Close();
+    double fileT = 0;
+    const ParameterSet old = ReadParameterSet(view.module, fileT);
+    ParameterSet free;
+    int c = 0;
+    for (const ElementPlace& place : FreePlaces(L.Rows())) {
+        ++c;
+        const double t = TValue(T, L(place.i, place.j), VL(c, c));
+        free.rows.push_back(DisplayRow(PlaceName(place), L(place.i, place.j), t));
+        free.values.push_back(L(place.i, place.j));
     }
-    view.Working();
-    std::error_code error;
-    std::filesystem::copy_file(module.DataFile("WALDTN.TMP"), module.DataFile("WALDT.TMP"),
-                               std::filesystem::copy_options::overwrite_existing, error);
-    if (error) {
-        Raise(PathFileAccessError);
-    }
+    free.variance = VL;
+    WriteCombinedWaldFile(view.module, fileT, old, free, [&view] { view.Working(); });
 }
 
 } // namespace lorvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "frame/Int16.h"
 #include "numeric/Matrix.h"
@@ -40,8 +41,19 @@ enum class VarianceOfL { Done, LSingular, ScoresSingular };
 // The variance matrix VL of the square root of T times the error of the free elements of L
 // (numbered row by row over the lower triangle): the inverse of the average outer product of
 // the observations' numerical scores.
-VarianceOfL ComputeVarianceOfL(EstimationView& view, Matrix L, const Matrix& u, double T,
+VarianceOfL ComputeVarianceOfL(EstimationView& view, const Matrix& L, const Matrix& u, double T,
                                Matrix& VL);
+
+// A place (row i, column j) of a matrix.
+struct ElementPlace {
+    int i;
+    int j;
+};
+
+// The same for the elements of L at the given places, L being any square factor of Sigma = LL'.
+VarianceOfL ComputeScoreVariance(EstimationView& view, Matrix L,
+                                 const std::vector<ElementPlace>& places, const Matrix& u, double T,
+                                 Matrix& VL);
 
 // The concentrated log-likelihood T (-ln P - k/2 - (k/2) ln 2 pi), P the product of the
 // diagonal of L.

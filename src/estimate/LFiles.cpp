@@ -37,8 +37,8 @@ void WriteLFiles(EstimationView& view, const Matrix& L, int k) {
     pattern.Close();
 }
 
-Matrix ReadLFile(const Workspace& workspace) {
-    TextInput input(workspace.DataFile("VARL.TMP"));
+Matrix ReadLFile(const Workspace& workspace, const std::string& name) {
+    TextInput input(workspace.DataFile(name));
     const int k = input.ReadWhole();
     Matrix L(k, k);
     for (int i = 1; i <= k; ++i) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "numeric/Matrix.h"
 
 namespace lorvane {
@@ -12,8 +14,9 @@ struct Workspace;
 // row by row) and VARLPAT.TMP (its lower triangular pattern).
 void WriteLFiles(EstimationView& view, const Matrix& L, int k);
 
-// L from VARL.TMP.
-Matrix ReadLFile(const Workspace& workspace);
+// L from VARL.TMP, or from a file of the same form (k, then the k by k elements row by row),
+// such as its saved copy BVARL.TMP.
+Matrix ReadLFile(const Workspace& workspace, const std::string& name = "VARL.TMP");
 
 // The largest absolute difference between the elements of two k by k matrices.
 double LargestDifference(const Matrix& a, const Matrix& b);

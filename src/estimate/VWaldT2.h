@@ -1,25 +1,20 @@
 #pragma once
 
-#include "frame/Screen.h"
+#include "estimate/JointTestScreen.h"
 
 namespace lorvane {
 
 // Joint significance tests of the estimated parameters of WALDT.TMP: the user marks parameters
-// by double click and tests them jointly with a Wald test.
-class VWaldT2 : public Screen {
+// by double click (the mark closes the row) and tests them jointly with a Wald test.
+class VWaldT2 : public JointTestScreen {
 public:
     explicit VWaldT2(Module& module);
 
     void Load() override;
-    void Activate() override;
     void Click(Control& control) override;
-    void DoubleClick(Control& control, int item) override;
 
 private:
-    void Test();
+    ParameterFile ReadParameters() const override;
 };
-
-// The mark of a selected parameter at the end of its row.
-inline constexpr std::string_view SelectionMark = "(*)";
 
 } // namespace lorvane

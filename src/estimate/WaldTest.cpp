@@ -7,8 +7,10 @@
 
 namespace lorvane {
 
-ParameterFile ReadParameterFile(const std::filesystem::path& file) {
-    TextInput input(file);
+namespace {
+
+// T, the count n, the n rows and the n values.
+ParameterFile ReadParameterHead(TextInput& input) {
     ParameterFile parameters;
     parameters.T = input.ReadNumber();
     const int n = input.ReadWhole();
@@ -19,14 +21,34 @@ ParameterFile ReadParameterFile(const std::filesystem::path& file) {
     for (int q = 1; q <= n; ++q) {
         parameters.values(q) = input.ReadNumber();
     }
-    do {
-        Matrix& variance = parameters.variances.emplace_back(n, n);
-        for (int r = 1; r <= n; ++r) {
-            for (int c = 1; c <= n; ++c) {
-                variance(r, c) = input.ReadNumber();
-            }
+    return parameters;
+}
+
+void ReadVariance(TextInput& input, ParameterFile& parameters) {
+    const int n = static_cast<int>(parameters.rows.size());
+    Matrix& variance = parameters.variances.emplace_back(n, n);
+    for (int r = 1; r <= n; ++r) {
+        for (int c = 1; c <= n; ++c) {
+            variance(r, c) = input.ReadNumber();
         }
+    }
+}
+
+} // namespace
+
+ParameterFile ReadParameterFile(const std::filesystem::path& file) {
+    TextInput input(file);
+    ParameterFile parameters = ReadParameterHead(input);
+    do {
+        ReadVariance(input, parameters);
     } while (!input.AtEnd());
+    return parameters;
+}
+
+ParameterFile ReadStructuralParameterFile(const std::filesystem::path& file) {
+    TextInput input(file);
+    ParameterFile parameters = ReadParameterHead(input);
+    ReadVariance(input, parameters);
     return parameters;
 }
 

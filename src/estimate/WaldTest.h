@@ -20,6 +20,10 @@ struct ParameterFile {
 
 ParameterFile ReadParameterFile(const std::filesystem::path& file);
 
+// The parameter file of the structural joint tests (WALDTSV.TMP): T and the count n, the n
+// display rows, the n values and exactly one n by n variance matrix, one value a line.
+ParameterFile ReadStructuralParameterFile(const std::filesystem::path& file);
+
 // The Wald test of the parameters at `selected` (1-based) being jointly zero with the given
 // variance matrix: T c' W^-1 c with c the selected values and W their block of the variance.
 // Gives the lines of its report: the statistic, its null distribution and the four lines of the

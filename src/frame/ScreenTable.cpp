@@ -23,6 +23,10 @@
 #include "specify/VARDetermin.h"
 #include "structural/VARSTR1.h"
 #include "structural/VARSTR2.h"
+#include "structural/VBernanke1.h"
+#include "structural/VBernanke2.h"
+#include "structural/VBernanke3.h"
+#include "structural/VWaldT3.h"
 
 namespace lorvane {
 
@@ -58,8 +62,12 @@ const std::map<std::string, Factory, std::less<>>& Factories() {
         {"VARSTR1", Make<VARSTR1>()},
         {"VARSTR2", Make<VARSTR2>()},
         {"VARSUR", Make<VARSUR>()},
+        {"VBERNANKE1", Make<VBernanke1>()},
+        {"VBERNANKE2", Make<VBernanke2>()},
+        {"VBERNANKE3", Make<VBernanke3>()},
         {"VIRPLOT2", Make<VIRPlot2>()},
         {"VWALDT2", Make<VWaldT2>()},
+        {"VWALDT3", Make<VWaldT3>()},
     };
     return factories;
 }

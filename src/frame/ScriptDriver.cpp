@@ -94,6 +94,9 @@ std::string Unmarked(std::string item) {
     if (item.rfind("* ", 0) == 0) {
         item.erase(0, 2);
     }
+    if (item.rfind("(*)", 0) == 0) {
+        item.erase(0, 3);
+    }
     if (item.size() >= 3 && item.compare(item.size() - 3, 3, "(*)") == 0) {
         item.erase(item.size() - 3);
     }

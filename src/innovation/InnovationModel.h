@@ -6,33 +6,11 @@
 
 #include "frame/Int16.h"
 #include "numeric/Matrix.h"
+#include "numeric/Pattern.h"
 
 namespace lorvane {
 
 struct Workspace;
-
-// An n by n pattern of 0/1 flags with subscripts from 1, stored row by row.
-class Pattern {
-public:
-    Pattern() = default;
-    explicit Pattern(int n)
-        : n_(n), cells_(static_cast<std::size_t>(n) * static_cast<std::size_t>(n)) {}
-
-    int Size() const { return n_; }
-    Int16& operator()(int i, int j) { return cells_[Offset(i, j)]; }
-    Int16 operator()(int i, int j) const { return cells_[Offset(i, j)]; }
-    // The number of ones.
-    int Ones() const;
-
-private:
-    std::size_t Offset(int i, int j) const;
-
-    int n_ = 0;
-    std::vector<Int16> cells_;
-};
-
-// n * n flags, one a line, row by row (VARZERO.TMP, VARLPAT.TMP).
-Pattern ReadPattern(const std::filesystem::path& file, int n);
 
 // Whether a pattern of the impact matrix belongs to a structural model: a free element above
 // the diagonal.

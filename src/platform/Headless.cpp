@@ -102,6 +102,14 @@ float ClassicRandom::next() {
 
 void ClassicRandom::seed(std::uint32_t value) {
     state_ = value & 0xFFFFFFu;
+    fixed_ = true;
+}
+
+void ClassicRandom::seedFromClock(double secondsSinceMidnight) {
+    if (!fixed_) {
+        // Milliseconds, so that two runs within one second start differently.
+        state_ = static_cast<std::uint32_t>(secondsSinceMidnight * 1000) & 0xFFFFFFu;
+    }
 }
 
 bool HeadlessProcesses::start(const std::string& program, const std::string& arguments,

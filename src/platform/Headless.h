@@ -72,9 +72,11 @@ public:
     ClassicRandom();
     float next() override;
     void seed(std::uint32_t value) override;
+    void seedFromClock(double secondsSinceMidnight) override;
 
 private:
     std::uint32_t state_;
+    bool fixed_ = false;
 };
 
 // Records the programs it is asked to start instead of starting them.

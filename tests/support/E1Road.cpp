@@ -16,10 +16,10 @@ void StartWith(TestModule& test, const std::string& csv) {
         [&] { ModuleEntry(module, (test.Root() / "work").string(), test.Root() / "start"); });
 }
 
-void WalkToVARDetermin(TestModule& test) {
+void WalkToVARDetermin(TestModule& test, const std::vector<int>& items) {
     StartWith(test, E1Csv());
     Module& module = test.module();
-    for (int item : {3, 4, 5}) {
+    for (int item : items) {
         module.DoubleClick("SelVar1", "List2", item);
     }
     module.Click("SelVar1", "Command1");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "support/TestModule.h"
 
@@ -12,8 +13,8 @@ std::string E1Csv();
 // Starts the module on a work folder that holds the given CSV data.
 void StartWith(TestModule& test, const std::string& csv);
 
-// The typical road on the example data up to VARDetermin: the three log-differences, the
-// sample t = 2..76 chosen on SELSS1.
-void WalkToVARDetermin(TestModule& test);
+// The typical road on the example data up to VARDetermin: the variables at the given rows of
+// SelVar1's list (by default the three log-differences), the sample t = 2..76 chosen on SELSS1.
+void WalkToVARDetermin(TestModule& test, const std::vector<int>& items = {3, 4, 5});
 
 } // namespace lorvane::test

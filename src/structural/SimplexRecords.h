@@ -1,0 +1,38 @@
+#pragma once
+
+#include <vector>
+
+#include "frame/Int16.h"
+
+namespace lorvane {
+
+struct Workspace;
+
+// The start values of the search, BERNSV2.TMP: the count m, then for each free element of B its
+// value and a mark, 1 when the value stands as the start value.
+struct StartValues {
+    std::vector<double> b;
+    std::vector<Int16> Flag;
+};
+StartValues ReadStartValues(const Workspace& workspace);
+
+// One finished run of the search: the log likelihood and the MAD at its result, and the result.
+struct SimplexRecord {
+    double LogLikelihood = 0;
+    double MAD = 0;
+    std::vector<double> b;
+};
+
+// TMP.TMP, the runs of one visit to the search screen: m on the first line, then per run a line
+// with the log likelihood and the MAD and m lines with one element of b each.
+void StartSimplexRecords(const Workspace& workspace, int m);
+// Reopens the file for appending, so the records survive a change of screen.
+void AppendSimplexRecord(const Workspace& workspace, const SimplexRecord& record);
+std::vector<SimplexRecord> ReadSimplexRecords(const Workspace& workspace);
+
+// The record of the largest log likelihood, or of the smallest MAD; a later record wins a tie.
+// Nothing when there is no record.
+const SimplexRecord* BestByLogLikelihood(const std::vector<SimplexRecord>& records);
+const SimplexRecord* BestByMAD(const std::vector<SimplexRecord>& records);
+
+} // namespace lorvane

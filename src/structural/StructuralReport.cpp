@@ -1,0 +1,95 @@
+#include "structural/StructuralReport.h"
+
+#include <cmath>
+
+#include "frame/NumberText.h"
+#include "numeric/DISTRIB.h"
+
+namespace lorvane {
+
+namespace {
+
+constexpr const char* LineEnd = "\r\n";
+constexpr std::size_t CoefficientWidth = 20;
+
+std::string CoefficientLine(double value, const std::string& what) {
+    const std::string sign = value < 0 ? "-" : "+";
+    return RightAligned(sign + TrimLeft(FormatNumber(std::abs(value), "###########0.0000")),
+                        CoefficientWidth) +
+           what + LineEnd;
+}
+
+std::string TLines(double t) {
+    return RightAligned("(" + TrimLeft(FormatNumber(t, "#########0.0000")) + ")",
+                        CoefficientWidth) +
+           LineEnd +
+           RightAligned("[" + FormatNumber(NormalPValue(std::abs(t)), "0.00000") + "]",
+                        CoefficientWidth) +
+           LineEnd;
+}
+
+bool Free(const Pattern& Apat, int i, int j) {
+    return Apat(i, j) == 1 || Apat(i, j) == -1;
+}
+
+// The equations; tA and tC are empty when the report has no t-values.
+std::string EquationsText(const std::vector<std::string>& names, const Pattern& Apat,
+                          const Vector& CoefA, const Vector& CoefC, const Vector* tA,
+                          const Vector* tC) {
+    std::string text = LineEnd;
+    text += "Structural model:";
+    text += LineEnd;
+    text += LineEnd;
+    const int k = Apat.Size();
+    int r = 0;
+    for (int i = 1; i <= k; ++i) {
+        text += names[static_cast<std::size_t>(i - 1)] + " =" + LineEnd;
+        for (int j = 1; j <= k; ++j) {
+            if (j == i || !Free(Apat, i, j)) {
+                continue;
+            }
+            ++r;
+            text += CoefficientLine(CoefA(r), " x " + names[static_cast<std::size_t>(j - 1)]);
+            if (tA != nullptr) {
+                text += TLines((*tA)(r));
+            }
+        }
+        text += CoefficientLine(CoefC(i), " x Innovation");
+        if (tC != nullptr) {
+            text += TLines((*tC)(i));
+        }
+        text += LineEnd;
+    }
+    return text;
+}
+
+} // namespace
+
+std::string StructuralModelText(const std::vector<std::string>& names, const Pattern& Apat,
+                                const Vector& CoefA, const Vector& CoefC) {
+    return EquationsText(names, Apat, CoefA, CoefC, nullptr, nullptr);
+}
+
+std::string StructuralModelTextWithT(const std::vector<std::string>& names, const Pattern& Apat,
+                                     const Vector& CoefA, const Vector& CoefC, const Vector& tA,
+                                     const Vector& tC) {
+    std::string text = EquationsText(names, Apat, CoefA, CoefC, &tA, &tC);
+    text += "(t-values in parenthesis)";
+    text += LineEnd;
+    text += "[p-values in parenthesis (two-sided, based on the normal approximation)]";
+    text += LineEnd;
+    return text;
+}
+
+std::string MatrixText(const Matrix& matrix, const std::string& picture, std::size_t width) {
+    std::string text;
+    for (int i = 1; i <= matrix.Rows(); ++i) {
+        for (int j = 1; j <= matrix.Cols(); ++j) {
+            text += RightAligned(FormatNumber(matrix(i, j), picture), width);
+        }
+        text += LineEnd;
+    }
+    return text;
+}
+
+} // namespace lorvane

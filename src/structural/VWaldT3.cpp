@@ -1,0 +1,45 @@
+#include "structural/VWaldT3.h"
+
+#include "estimate/RouteFile.h"
+#include "frame/Module.h"
+
+namespace lorvane {
+
+VWaldT3::VWaldT3(Module& module)
+    : JointTestScreen(module, "VWaldT3",
+                      {.instruction = "Double click to select parameters to be tested. Selected "
+                                      "parameters are indicated by (*)",
+                       .mark = MarkPlace::Start,
+                       .reportHead = "Tests of joint significance",
+                       .logged = true}) {
+    (*this)("Label0").Caption = " Tests of joint significance of structural VAR parameters";
+}
+
+void VWaldT3::Load() {
+    ReadRoute(module);
+    const ParameterFile parameters = ReadParameters();
+    if (parameters.rows.size() < 2) {
+        module.GoToScreen("VARIR2");
+        return;
+    }
+    ShowParameters(parameters.rows);
+}
+
+ParameterFile VWaldT3::ReadParameters() const {
+    return ReadStructuralParameterFile(module.DataFile("WALDTSV.TMP"));
+}
+
+void VWaldT3::Click(Control& control) {
+    const std::string& name = control.Name;
+    if (name == "Command1") {
+        TestMarked();
+    } else if (name == "Command2") {
+        module.GoToScreen("VARIR2");
+    } else if (name == "Command3") {
+        module.GoToScreen("VWaldT3");
+    } else if (name == "Command5") {
+        module.GoToScreen("VBernanke1");
+    }
+}
+
+} // namespace lorvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "estimate/JointTestScreen.h"
+
+namespace lorvane {
+
+// Joint significance tests of the structural parameters of WALDTSV.TMP after the structural
+// estimation by maximum likelihood. The mark of a selected parameter opens its row, each test's
+// report also goes to the log, and with fewer than two parameters the screen goes straight on to
+// the innovation responses.
+class VWaldT3 : public JointTestScreen {
+public:
+    explicit VWaldT3(Module& module);
+
+    void Load() override;
+    void Click(Control& control) override;
+
+private:
+    ParameterFile ReadParameters() const override;
+};
+
+} // namespace lorvane
