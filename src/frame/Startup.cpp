@@ -321,8 +321,7 @@ void ModuleEntry(Module& module, const std::string& commandLine,
     if (standAlone) {
         StandAloneGuard(module);
     }
-    module.platform().random.seed(
-        static_cast<std::uint32_t>(module.platform().clock.secondsSinceMidnight() * 1000));
+    module.platform().random.seedFromClock(module.platform().clock.secondsSinceMidnight());
 
     module.GoToScreen("SelVar1");
     module.TimerInterval = 2000;

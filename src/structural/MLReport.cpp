@@ -9,7 +9,10 @@ namespace {
 
 constexpr const char* LineEnd = "\r\n";
 constexpr const char* Picture = "0.0000000E+00";
-constexpr std::size_t CellWidth = 12;
+// The cells of the matrices: "0.0000000E+00" takes 13 characters and 14 with a minus sign, so
+// the 12 columns that the cells were once given would glue the numbers together. Decision: 15
+// columns, as the other matrices of the structural reports, so that a blank always parts them.
+constexpr std::size_t CellWidth = 15;
 
 std::string Line(const std::string& text) {
     return text + LineEnd;
@@ -76,7 +79,7 @@ std::string EstimateText(const std::vector<double>& b, double LL, double nonstru
     return text + LineEnd;
 }
 
-std::string FactorText(const Matrix& BInv) {
+std::string BInverseText(const Matrix& BInv) {
     std::string text = Line("Matrix B^-1:");
     for (int i = 1; i <= BInv.Rows(); ++i) {
         for (int j = 1; j <= BInv.Cols(); ++j) {

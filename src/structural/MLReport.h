@@ -28,7 +28,7 @@ std::string EstimateText(const std::vector<double>& b, double LL, double nonstru
                          const Matrix& B, const Matrix& BB, const Matrix& SInv, double MAD);
 
 // "Matrix B^-1:" and its rows, an element of exactly 0 shown as blanks.
-std::string FactorText(const Matrix& BInv);
+std::string BInverseText(const Matrix& BInv);
 
 // A heading and a variance matrix, its cells in "0.00000E+00" separated by a blank.
 std::string VarianceText(const std::string& heading, const Matrix& V);

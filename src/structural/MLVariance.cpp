@@ -1,6 +1,7 @@
 #include "structural/MLVariance.h"
 
 #include "frame/RuntimeError.h"
+#include "numeric/MatrixProducts.h"
 #include "numeric/Matsubs.h"
 #include "structural/MomentConditions.h"
 #include "structural/SimplexObjectives.h"
@@ -62,8 +63,8 @@ ObservationTerm TermAt(const Pattern& Apat, const std::vector<double>& b) {
 
 } // namespace
 
-Matrix FactorAt(const Pattern& Apat, const std::vector<double>& b, double& determinant,
-                Int16& flag) {
+Matrix BInverseAt(const Pattern& Apat, const std::vector<double>& b, double& determinant,
+                  Int16& flag) {
     const Matrix B = BuildB(Apat, b);
     const int n = B.Rows();
     Matrix inverse(n, n);
@@ -118,12 +119,12 @@ bool VarianceOfFactor(const Pattern& Apat, std::vector<double> b, const Matrix& 
         double determinant = 0;
         Int16 flag;
         element = kept + MLStep;
-        const Matrix BInvPlus = FactorAt(Apat, b, determinant, flag);
+        const Matrix BInvPlus = BInverseAt(Apat, b, determinant, flag);
         if (flag == 1) {
             return false;
         }
         element = kept - MLStep;
-        const Matrix BInvMinus = FactorAt(Apat, b, determinant, flag);
+        const Matrix BInvMinus = BInverseAt(Apat, b, determinant, flag);
         if (flag == 1) {
             return false;
         }

@@ -15,8 +15,8 @@ inline constexpr double MLStep = 0.001;
 
 // B^-1 at b (B placed by the pattern) by the decimal inversion, with B's determinant. Flag 1
 // when the inversion finds B singular; the inverse is then zero.
-Matrix FactorAt(const Pattern& Apat, const std::vector<double>& b, double& determinant,
-                Int16& flag);
+Matrix BInverseAt(const Pattern& Apat, const std::vector<double>& b, double& determinant,
+                  Int16& flag);
 
 // The asymptotic variance of b by the score rule: the inverse of the average outer product of
 // the observations' scores, each observation contributing 0.5 ln det(B'B) - 0.5 u'(B'B)u, over

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "frame/Int16.h"
+#include "numeric/MatrixProducts.h"
 #include "numeric/Matsubs.h"
 #include "structural/MomentConditions.h"
 
@@ -32,21 +33,6 @@ SimplexObjectives::SimplexObjectives(Pattern Apat, Matrix S, Matrix SInv, double
         }
     }
     inverse_.Resize(n, n);
-}
-
-Matrix CrossProduct(const Matrix& B) {
-    const int n = B.Rows();
-    Matrix M(n, n);
-    for (int i = 1; i <= n; ++i) {
-        for (int j = 1; j <= n; ++j) {
-            double sum = 0;
-            for (int k = 1; k <= n; ++k) {
-                sum += B(k, i) * B(k, j);
-            }
-            M(i, j) = sum;
-        }
-    }
-    return M;
 }
 
 double SimplexObjectives::Constant() {

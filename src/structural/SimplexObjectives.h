@@ -42,9 +42,6 @@ private:
     Matrix inverse_;
 };
 
-// B'B: M(i, j) = sum over k of B(k, i) B(k, j).
-Matrix CrossProduct(const Matrix& B);
-
 // The value the search minimises: -LogLikelihood with option 1, the MAD with option 0 (the
 // user's option 2).
 double SimplexValue(SimplexObjectives& objectives, int option, const std::vector<double>& b);

@@ -11,17 +11,6 @@ constexpr const char* RecordFile = "TMP.TMP";
 
 } // namespace
 
-StartValues ReadStartValues(const Workspace& workspace) {
-    TextInput input(workspace.DataFile("BERNSV2.TMP"));
-    const int m = input.ReadWhole();
-    StartValues start;
-    for (int k = 1; k <= m; ++k) {
-        start.b.push_back(input.ReadNumber());
-        start.Flag.push_back(input.ReadWhole());
-    }
-    return start;
-}
-
 void StartSimplexRecords(const Workspace& workspace, int m) {
     TextOutput out(workspace.DataFile(RecordFile), TextOutput::Mode::Output);
     out.WriteRecord(CommaRecord().Whole(m));

@@ -2,19 +2,9 @@
 
 #include <vector>
 
-#include "frame/Int16.h"
-
 namespace lorvane {
 
 struct Workspace;
-
-// The start values of the search, BERNSV2.TMP: the count m, then for each free element of B its
-// value and a mark, 1 when the value stands as the start value.
-struct StartValues {
-    std::vector<double> b;
-    std::vector<Int16> Flag;
-};
-StartValues ReadStartValues(const Workspace& workspace);
 
 // One finished run of the search: the log likelihood and the MAD at its result, and the result.
 struct SimplexRecord {

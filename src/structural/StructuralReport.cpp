@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "numeric/DISTRIB.h"
 
@@ -64,6 +65,14 @@ std::string EquationsText(const std::vector<std::string>& names, const Pattern& 
 }
 
 } // namespace
+
+std::vector<std::string> StructuralNames(const Module& module) {
+    std::vector<std::string> names;
+    for (int i = 1; i <= module.store().SelectedCount(); ++i) {
+        names.push_back(Trim(module.store().SelectedName(i)));
+    }
+    return names;
+}
 
 std::string StructuralModelText(const std::vector<std::string>& names, const Pattern& Apat,
                                 const Vector& CoefA, const Vector& CoefC) {

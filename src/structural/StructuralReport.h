@@ -8,6 +8,12 @@
 
 namespace lorvane {
 
+class Module;
+
+// The names of the variables as the structural reports show them: the selected variables of the
+// data store, trimmed, in the order of the equations.
+std::vector<std::string> StructuralNames(const Module& module);
+
 // The structural equations as text, lines ending in CR LF: a line end, "Structural model:", a
 // blank line, then for each equation its left-hand side name and " =", a line for each
 // coefficient of a u(j) and one for the innovation (sign, value in "###########0.0000"

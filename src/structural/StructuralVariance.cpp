@@ -5,6 +5,7 @@
 #include "estimate/FimlVariance.h"
 #include "estimate/WaldFileWriter.h"
 #include "frame/NumberText.h"
+#include "numeric/MatrixProducts.h"
 #include "numeric/Matsubs.h"
 #include "structural/StructuralModel.h"
 
@@ -16,27 +17,12 @@ constexpr double FirstStep = 0.00001;
 constexpr int MostStepReductions = 5;
 constexpr double ZeroStep = 0.001;
 
-Matrix VarianceOfU(const Matrix& L) {
-    const int k = L.Rows();
-    Matrix V(k, k);
-    for (int i = 1; i <= k; ++i) {
-        for (int j = 1; j <= k; ++j) {
-            double sum = 0;
-            for (int m = 1; m <= k; ++m) {
-                sum += L(i, m) * L(j, m);
-            }
-            V(i, j) = sum;
-        }
-    }
-    return V;
-}
-
 // The inverse of LL'; false when the inversion reports singularity.
 bool InverseVarianceOfU(const Matrix& L, Matrix& inverse) {
     const int k = L.Rows();
     double determinant = 0;
     Int16 flag;
-    InvertMatrix(VarianceOfU(L), inverse, determinant, k, flag);
+    InvertMatrix(OuterProduct(L), inverse, determinant, k, flag);
     return flag != 1;
 }
 

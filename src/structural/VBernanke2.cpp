@@ -9,6 +9,7 @@
 #include "frame/NumberText.h"
 #include "frame/OutputLog.h"
 #include "frame/TextFile.h"
+#include "numeric/MatrixProducts.h"
 #include "numeric/Matsubs.h"
 #include "platform/EventPump.h"
 #include "structural/FactorVariance.h"
@@ -41,19 +42,6 @@ void ShowText(Control& box, const std::string& text) {
     box.SetText(text.substr(start));
 }
 
-Matrix VarianceOfU(const Matrix& L) {
-    const int k = L.Rows();
-    Matrix V(k, k);
-    for (int i = 1; i <= k; ++i) {
-        for (int j = 1; j <= k; ++j) {
-            for (int m = 1; m <= k; ++m) {
-                V(i, j) += L(i, m) * L(j, m);
-            }
-        }
-    }
-    return V;
-}
-
 Matrix SingleRounded(const Matrix& matrix) {
     Matrix rounded = matrix;
     for (int i = 1; i <= matrix.Rows(); ++i) {
@@ -62,19 +50,6 @@ Matrix SingleRounded(const Matrix& matrix) {
         }
     }
     return rounded;
-}
-
-Matrix CrossProduct(const Matrix& B) {
-    const int k = B.Rows();
-    Matrix product(k, k);
-    for (int i = 1; i <= k; ++i) {
-        for (int j = 1; j <= k; ++j) {
-            for (int m = 1; m <= k; ++m) {
-                product(i, j) += B(m, i) * B(m, j);
-            }
-        }
-    }
-    return product;
 }
 
 const char* const MethodText[] = {
@@ -186,12 +161,10 @@ void VBernanke2::Analyse() {
 bool VBernanke2::Identify() {
     L_ = ReadLFile(module, "BVARL.TMP");
     const int k = L_.Rows();
-    for (int i = 1; i <= k; ++i) {
-        names_.push_back(Trim(module.store().SelectedName(i)));
-    }
+    names_ = StructuralNames(module);
     Append(ModelHeadText(names_));
     const Pattern Apat = GetA(1, k);
-    const Matrix VarU = VarianceOfU(L_);
+    const Matrix VarU = OuterProduct(L_);
     Append(std::string("Variance matrix of u =") + LineEnd + LineEnd + MomentMatrixText(VarU) +
            LineEnd + "= LL', where L =" + LineEnd + LineEnd + MomentMatrixText(L_) + LineEnd);
 
@@ -334,7 +307,7 @@ void VBernanke2::AfterSolution() {
         Matrix VarUInverse(B.Rows(), B.Rows());
         double determinant = 0;
         Int16 flag;
-        InvertMatrix(VarianceOfU(L_), VarUInverse, determinant, B.Rows(), flag);
+        InvertMatrix(OuterProduct(L_), VarUInverse, determinant, B.Rows(), flag);
         Append(MatrixText(SingleRounded(VarUInverse), "00.00000E+000", 15) + LineEnd);
     }
     if (!ReportWithVariance(solution.values)) {

@@ -1,7 +1,5 @@
 #include "structural/VBernanke3.h"
 
-#include <cmath>
-
 #include "estimate/EstimationReport.h"
 #include "estimate/EstimationView.h"
 #include "estimate/FimlVariance.h"
@@ -12,9 +10,9 @@
 #include "frame/NumberText.h"
 #include "frame/OutputLog.h"
 #include "frame/TextFile.h"
+#include "numeric/MatrixProducts.h"
 #include "numeric/Matsubs.h"
 #include "platform/Clock.h"
-#include "platform/EventPump.h"
 #include "platform/Random.h"
 #include "structural/DownhillSimplex.h"
 #include "structural/MLReport.h"
@@ -22,6 +20,7 @@
 #include "structural/MomentConditions.h"
 #include "structural/SimplexObjectives.h"
 #include "structural/SimplexRecords.h"
+#include "structural/StartValues.h"
 #include "structural/StructuralFiles.h"
 #include "structural/StructuralModel.h"
 #include "structural/StructuralReport.h"
@@ -52,16 +51,7 @@ NonstructuralVariance ReadNonstructuralVariance(const Workspace& workspace) {
     const Matrix L = ReadLFile(workspace, "BVARL.TMP");
     const int n = L.Rows();
     NonstructuralVariance variance;
-    variance.S.Resize(n, n);
-    for (int i = 1; i <= n; ++i) {
-        for (int j = 1; j <= n; ++j) {
-            double sum = 0;
-            for (int k = 1; k <= n; ++k) {
-                sum += L(i, k) * L(j, k);
-            }
-            variance.S(i, j) = sum;
-        }
-    }
+    variance.S = OuterProduct(L);
     variance.SInv.Resize(n, n);
     Int16 flag;
     InvertMatrix(variance.S, variance.SInv, variance.DetS, n, flag);
@@ -79,14 +69,13 @@ int VariableCount(const Workspace& workspace) {
 }
 
 // The structural equations at b; empty when B is singular there.
-std::string EquationsText(const Workspace& workspace, const Pattern& Apat,
-                          const std::vector<double>& b) {
+std::string EquationsText(const Module& module, const Pattern& Apat, const std::vector<double>& b) {
     Vector CoefA;
     Vector CoefC;
     if (!StructuralCoefficients(Apat, BuildB(Apat, b), CoefA, CoefC)) {
         return "";
     }
-    return StructuralModelText(ReadResidualNames(workspace), Apat, CoefA, CoefC);
+    return StructuralModelText(StructuralNames(module), Apat, CoefA, CoefC);
 }
 
 bool Free(const Pattern& Apat, int i, int j) {
@@ -126,10 +115,10 @@ void VBernanke3::Load() {
     (*this)("Text3").Caption = "1";
     (*this)("Label4").Caption = "Current option = 1";
     (*this)("Command1").Caption = "Switch to option 2";
-    const StartValues start = ReadStartValues(module);
+    const StartValues start = ReadStartValues(module, "BERNSV2.TMP");
     const Pattern Apat = ReadStructuralPattern(module, VariableCount(module));
-    (*this)("Text1").Caption = EquationsText(module, Apat, start.b);
-    StartSimplexRecords(module, static_cast<int>(start.b.size()));
+    (*this)("Text1").Caption = EquationsText(module, Apat, start.values);
+    StartSimplexRecords(module, static_cast<int>(start.values.size()));
 }
 
 void VBernanke3::Activate() {
@@ -189,9 +178,9 @@ void VBernanke3::Search() {
     const double T = FirstValue(module, "WALDT.TMP");
     const NonstructuralVariance variance = ReadNonstructuralVariance(module);
 
-    const StartValues start = ReadStartValues(module);
+    const StartValues start = ReadStartValues(module, "BERNSV2.TMP");
     std::vector<double> b;
-    for (const double value : start.b) {
+    for (const double value : start.values) {
         b.push_back(ToSingle(value));
     }
     Random& random = module.platform().random;
@@ -210,7 +199,7 @@ void VBernanke3::Search() {
             if (k >= b.size()) {
                 Raise(SubscriptOutOfRange);
             }
-            if (start.Flag[k] != 1) {
+            if (start.marks[k] != 1) {
                 const double draw = random.next();
                 b[k] = i == j ? draw * size : 2 * size * (draw - 0.5);
             }
@@ -294,16 +283,16 @@ void VBernanke3::Estimate() {
 
     double determinant = 0;
     Int16 flag;
-    const Matrix BInv = FactorAt(Apat, b, determinant, flag);
+    const Matrix BInv = BInverseAt(Apat, b, determinant, flag);
     if (flag == 1 || determinant == 0) {
         Fail(BSingular);
         return;
     }
-    view.Append(FactorText(BInv));
+    view.Append(BInverseText(BInv));
     WriteFactorFiles(module, BInv);
     view.Working();
 
-    const std::vector<std::string> names = ReadResidualNames(module);
+    const std::vector<std::string> names = StructuralNames(module);
     if (route != RouteSimplex) {
         // The reduced form came from OLS or SUR: the estimate is shown without a variance.
         Vector CoefA;

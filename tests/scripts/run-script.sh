@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A scripted run: prepares a work folder with lorvane-import from the data that the script's
+# A scripted run (run-script.sh VAR IMPORT SCRIPT [EXPECTED]): prepares a work folder with lorvane-import from the data that the script's
 # "# data:" line names (relative to the source folder), runs the script headless and compares
 #   - the exit code with the script's "# exit:" line (0 when there is none),
 #   - standard output with NAME.out beside the script, when it exists,
@@ -18,7 +18,8 @@ var=$(readlink -f "$1")
 import=$(readlink -f "$2")
 script=$3
 source_dir=$(cd "$(dirname "$0")/../.." && pwd)
-name=${script%.var}
+# The expected files: beside the script, or under the name given as the fourth argument.
+name=${4:-${script%.var}}
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

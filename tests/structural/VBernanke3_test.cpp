@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "estimate/EstimateRoad.h"
 #include "estimate/LFiles.h"
 #include "estimate/WaldTest.h"
 #include "frame/TextFile.h"
@@ -13,6 +12,7 @@
 #include "platform/Random.h"
 #include "structural/SimplexObjectives.h"
 #include "structural/SimplexRecords.h"
+#include "structural/StructuralRoad.h"
 #include "support/Reference.h"
 
 using namespace lorvane;
@@ -22,8 +22,8 @@ namespace {
 
 using Rows = std::vector<std::vector<int>>;
 
-const Rows Recursive = {{1, 0, 0}, {-1, 1, 0}, {-1, -1, 1}};
-const Rows Overidentified = {{1, 0, 0}, {-1, 1, 0}, {-1, 0, 1}};
+const Rows RecursivePattern = {{1, 0, 0}, {-1, 1, 0}, {-1, -1, 1}};
+const Rows OveridentifiedPattern = {{1, 0, 0}, {-1, 1, 0}, {-1, 0, 1}};
 
 const nlohmann::json& Overidentification() {
     return E1Reference()["structural_overidentified"];
@@ -45,17 +45,6 @@ Pattern PatternOf(const Rows& rows) {
         }
     }
     return Apat;
-}
-
-// The example VAR(2) estimated by FIML and taken to the fork of the analysis, which saves the
-// nonstructural files.
-void WalkToFork(TestModule& test) {
-    WalkE1ToVARSUR(test);
-    Module& module = test.module();
-    module.Click("VARSUR", "Command3");
-    module.Click("VARSUR", "Command5");
-    module.Click("VARSUR", "Command1");
-    module.Click("VWaldT2", "Command2");
 }
 
 // ROUTE.TMP, SVARA.TMP and BERNSV2.TMP as the specification screens leave them, then the
@@ -100,7 +89,7 @@ double LogLikelihoodAt(const Module& module, const Rows& pattern, const std::vec
 class Simplex : public ::testing::Test {
 protected:
     void SetUp() override {
-        WalkToFork(test);
+        WalkE1ToVARSTR1(test);
         ASSERT_EQ(module().CurrentScreen, "VARSTR1");
     }
 
@@ -149,7 +138,7 @@ protected:
 };
 
 TEST_F(Simplex, RecursiveModelReachesTheNonstructuralLikelihood) {
-    Open(Recursive, RecursiveSolution());
+    Open(RecursivePattern, RecursiveSolution());
     EXPECT_FALSE(control("Command4").Enabled);
     EXPECT_FALSE(control("Command5").Visible);
     EXPECT_FALSE(control("Label1").Visible);
@@ -191,7 +180,7 @@ TEST_F(Simplex, RecursiveModelReachesTheNonstructuralLikelihood) {
 TEST_F(Simplex, RecursiveModelScoreVarianceAgreesWithTheFimlVarianceOfL) {
     // Just identified: the likelihood over b is that over L, so the t-values of the
     // coefficients by the scores of b come near those by the delta method over L.
-    Open(Recursive, RecursiveSolution());
+    Open(RecursivePattern, RecursiveSolution());
     Run();
     const std::string log = ReadFile(File("OUTPUT.TXT"));
     Click("Command4");
@@ -223,7 +212,7 @@ TEST_F(Simplex, RecursiveModelScoreVarianceAgreesWithTheFimlVarianceOfL) {
 
 TEST_F(Simplex, OveridentifiedModelFromMomentsToMaximumLikelihood) {
     const std::vector<double> moments = Numbers(Overidentification()["moment_solution_b"]);
-    Open(Overidentified, moments);
+    Open(OveridentifiedPattern, moments);
     module().platform().random.seed(2024);
 
     SwitchOption();
@@ -240,7 +229,7 @@ TEST_F(Simplex, OveridentifiedModelFromMomentsToMaximumLikelihood) {
     }
     const SimplexRecord best = *BestByLogLikelihood(Records());
     EXPECT_NEAR(best.LogLikelihood, Overidentification()["ml_loglik"].get<double>(), 0.1);
-    EXPECT_GT(best.LogLikelihood, LogLikelihoodAt(module(), Overidentified, moments));
+    EXPECT_GT(best.LogLikelihood, LogLikelihoodAt(module(), OveridentifiedPattern, moments));
     EXPECT_GT(best.LogLikelihood, Records().front().LogLikelihood);
 
     Click("Command4");
@@ -259,30 +248,30 @@ TEST_F(Simplex, OveridentifiedModelFromMomentsToMaximumLikelihood) {
 TEST_F(Simplex, RandomStartsFollowTheScriptSeedWhateverTheClock) {
     // No start value kept: every element starts at random.
     const std::vector<double> start(5, 0.0);
-    Open(Overidentified, start, 0);
+    Open(OveridentifiedPattern, start, 0);
     module().platform().random.seed(99);
     Run();
     const std::vector<double> first = Records().back().b;
     EXPECT_GT(Records().back().LogLikelihood,
-              LogLikelihoodAt(module(), Overidentified, {0.01, 0, 0.01, 0, 0.01}));
+              LogLikelihoodAt(module(), OveridentifiedPattern, {0.01, 0, 0.01, 0, 0.01}));
 
     TestModule other;
-    WalkToFork(other);
-    OpenSearch(other.module(), Overidentified, start, 0, "SVARMLBERNANKE");
+    WalkE1ToVARSTR1(other);
+    OpenSearch(other.module(), OveridentifiedPattern, start, 0, "SVARMLBERNANKE");
     other.module().platform().random.seed(99);
     other.clock().seconds += 3600;
     other.module().Click("VBernanke3", "Command2");
     EXPECT_EQ(ReadSimplexRecords(other.module()).back().b, first);
 
     other.module().Click("VBernanke3", "Command3");
-    OpenSearch(other.module(), Overidentified, start, 0, "SVARMLBERNANKE");
+    OpenSearch(other.module(), OveridentifiedPattern, start, 0, "SVARMLBERNANKE");
     other.module().platform().random.seed(100);
     other.module().Click("VBernanke3", "Command2");
     EXPECT_NE(ReadSimplexRecords(other.module()).back().b, first);
 }
 
 TEST_F(Simplex, TheSizeOfTheRandomStartIsMendedWhenNotPositive) {
-    Open(Overidentified, std::vector<double>(5, 0.0), 0);
+    Open(OveridentifiedPattern, std::vector<double>(5, 0.0), 0);
     for (const char* text : {"-2", "abc", "0"}) {
         control("Text2").Caption = text;
         Run();
@@ -298,7 +287,7 @@ TEST_F(Simplex, TheSizeOfTheRandomStartIsMendedWhenNotPositive) {
 
 TEST_F(Simplex, ARunAfterSwitchingStartsFromTheBestRecordOfTheNewCriterion) {
     const std::vector<double> optimum = RecursiveSolution();
-    Open(Recursive, optimum);
+    Open(RecursivePattern, optimum);
     Run();
     // A record whose MAD field is the smallest though its likelihood field is the worst. Its b
     // lies so near the moments that the MAD option stops before its first round: the run's
@@ -315,7 +304,7 @@ TEST_F(Simplex, ARunAfterSwitchingStartsFromTheBestRecordOfTheNewCriterion) {
 
 TEST_F(Simplex, WithoutAnEstimateOfVarianceTheReportStopsAtBInverse) {
     const std::vector<double> optimum = RecursiveSolution();
-    Open(Recursive, optimum, 1, "SVARSURBERNANKE");
+    Open(RecursivePattern, optimum, 1, "SVARSURBERNANKE");
     Run();
     const std::string waldt = ReadFile(File("WALDT.TMP"));
     const std::string log = ReadFile(File("OUTPUT.TXT"));
@@ -342,7 +331,7 @@ TEST_F(Simplex, WithoutAnEstimateOfVarianceTheReportStopsAtBInverse) {
 }
 
 TEST_F(Simplex, ASingularEstimateIsToldAndLeavesTheWayBack) {
-    Open(Recursive, RecursiveSolution());
+    Open(RecursivePattern, RecursiveSolution());
     Run();
     AppendSimplexRecord(module(), {1E+9, 1, {0, 1, 1, 1, 1, 1}});
     const std::string log = ReadFile(File("OUTPUT.TXT"));
@@ -363,7 +352,7 @@ TEST_F(Simplex, ASingularEstimateIsToldAndLeavesTheWayBack) {
 
 TEST_F(Simplex, TheInnovationAnalysisReadsTheStructuralFactor) {
     const InnovationModel nonstructural = ReadInnovationModel(module(), 3, 2, 73, 1);
-    Open(Overidentified, Numbers(Overidentification()["moment_solution_b"]));
+    Open(OveridentifiedPattern, Numbers(Overidentification()["moment_solution_b"]));
     Run();
     Click("Command4");
     const InnovationModel structural = ReadInnovationModel(module(), 3, 2, 73, 1);
@@ -386,3 +375,22 @@ TEST_F(Simplex, TheInnovationAnalysisReadsTheStructuralFactor) {
 }
 
 } // namespace
+
+TEST(SimplexRoad, FromTheMethodChoiceToTheStructuralTests) {
+    TestModule test;
+    WalkE1ToVARSTR1(test);
+    SpecifyStructural(test, test::Overidentified);
+    Module& module = test.module();
+    ASSERT_EQ(module.CurrentScreen, "VBernanke2");
+    module.Click("VBernanke2", "Command4");
+    ASSERT_EQ(module.CurrentScreen, "VBernanke3");
+    module.Click("VBernanke3", "Command2");
+    module.Click("VBernanke3", "Command2");
+    const SimplexRecord best = *BestByLogLikelihood(ReadSimplexRecords(module));
+    EXPECT_NEAR(best.LogLikelihood, Overidentification()["ml_loglik"].get<double>(), 0.1);
+    module.Click("VBernanke3", "Command4");
+    EXPECT_EQ(Ctl(module, "VBernanke3", "Label0").Caption,
+              " Structural VAR model: Estimation results");
+    module.Click("VBernanke3", "Command5");
+    EXPECT_EQ(module.CurrentScreen, "VWaldT3");
+}
