@@ -97,11 +97,13 @@ VBernanke3::VBernanke3(Module& module)
     Control& results = Add(ControlKind::TextBox, "Text1", "", 240, 2160, 9120, 3840);
     results.MultiLine = true;
     results.Locked = true;
-    Add(ControlKind::Button, "Command1", "Switch to option 2", 240, 6120, 1800, 420);
-    Add(ControlKind::Button, "Command2", "Start Simplex iteration", 2160, 6120, 2160, 420);
-    Add(ControlKind::Button, "Command4", "Done with Simplex iteration", 4440, 6120, 2400, 420);
-    Add(ControlKind::Button, "Command5", "Continue", 6960, 6120, 1080, 420);
-    Add(ControlKind::Button, "Command3", "Respecify model", 8160, 6120, 1200, 420);
+    // "Respecify model" stands at the left end, away from where the buttons of the screen before
+    // ("Method 2") were, so that a double click cannot throw the estimation away.
+    Add(ControlKind::Button, "Command3", "Respecify model", 240, 6120, 1560, 420);
+    Add(ControlKind::Button, "Command1", "Switch to option 2", 1860, 6120, 1680, 420);
+    Add(ControlKind::Button, "Command2", "Start Simplex iteration", 3600, 6120, 2160, 420);
+    Add(ControlKind::Button, "Command4", "Done with Simplex iteration", 5820, 6120, 2400, 420);
+    Add(ControlKind::Button, "Command5", "Continue", 8280, 6120, 1080, 420);
 }
 
 void VBernanke3::Load() {
