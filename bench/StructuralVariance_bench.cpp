@@ -5,7 +5,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include "structural/MomentConditions.h"
 #include "structural/StructuralVariance.h"
 
 namespace {
@@ -26,15 +25,7 @@ Pattern ModelPattern(int k, int reach) {
 void BM_StructuralVariance(benchmark::State& state) {
     const int k = static_cast<int>(state.range(0));
     const Pattern Apat = ModelPattern(k, static_cast<int>(state.range(1)));
-    Int16 P;
-    TextMatrix Bname;
-    Matrix Bnum;
-    BuildPattern(Apat, P, Bname, Bnum);
-    TextMatrix Moment;
-    Int16 equations;
-    Int16 zeros;
-    BuildMomentMatrix(Moment, Bname, equations, zeros, k);
-    const StructuralSystem system(Apat, Moment, P);
+    const StructuralSystem system(Apat);
     Matrix L(k, k);
     for (int i = 1; i <= k; ++i) {
         L(i, i) = 1;

@@ -6,14 +6,13 @@
 #include "frame/Int16.h"
 #include "frame/NumberText.h"
 #include "numeric/Matrix.h"
+#include "numeric/MatrixProducts.h"
 #include "numeric/Pattern.h"
-#include "structural/MomentConditions.h"
+#include "structural/StructuralVariance.h"
 #include "structural/SymbolicSolver.h"
 
 namespace {
 
-using lorvane::BuildMomentMatrix;
-using lorvane::BuildPattern;
 using lorvane::CompiledSystem;
 using lorvane::Int16;
 using lorvane::Matrix;
@@ -21,7 +20,6 @@ using lorvane::NumberToText;
 using lorvane::Pattern;
 using lorvane::SolverDisplay;
 using lorvane::SolveSystem;
-using lorvane::TextMatrix;
 using lorvane::ToSingle;
 using lorvane::Trim;
 
@@ -45,24 +43,12 @@ RecursiveSystem MakeRecursiveSystem() {
             B(i, j) = i == j ? 10.0 + i : 0.37 * (i - 2 * j) + 0.11 * i * j;
         }
     }
-    RecursiveSystem system;
-    TextMatrix Bname;
-    Matrix Bnum;
-    BuildPattern(pattern, system.parameters, Bname, Bnum);
-    TextMatrix Moment;
-    Int16 equations;
-    Int16 zeros;
-    BuildMomentMatrix(Moment, Bname, equations, zeros, k);
-    for (int i = 1; i <= k; ++i) {
-        for (int j = 1; j <= i; ++j) {
-            double moment = 0;
-            for (int m = 1; m <= k; ++m) {
-                moment += B(m, i) * B(m, j);
-            }
-            system.lhs.push_back(Moment(i, j));
-            system.rhs.push_back(ToSingle(moment));
-            system.rhsTexts.push_back(Trim(NumberToText(system.rhs.back())));
-        }
+    const lorvane::StructuralSystem structure(pattern);
+    RecursiveSystem system{structure.ParameterCount(), structure.Equations(), {}, {}};
+    const Matrix moments = lorvane::CrossProduct(B);
+    for (const auto& [i, j] : structure.EquationPlaces()) {
+        system.rhs.push_back(ToSingle(moments(i, j)));
+        system.rhsTexts.push_back(Trim(NumberToText(system.rhs.back())));
     }
     return system;
 }

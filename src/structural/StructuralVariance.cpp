@@ -63,21 +63,16 @@ Vector TValues(const Vector& coefficients, const Matrix& variance, double T) {
 
 } // namespace
 
-StructuralSystem::StructuralSystem(const Pattern& Apat, const TextMatrix& Moment,
-                                   Int16 ParameterCount)
-    : Apat_(Apat), parameterCount_(ParameterCount), lhs_(), equations_(), zeros_(),
-      compiled_(ParameterCount, [&Moment] {
-          std::vector<std::string> rows;
-          for (int i = 1; i <= Moment.Size(); ++i) {
-              for (int j = 1; j <= i; ++j) {
-                  if (Moment(i, j) != "0") {
-                      rows.push_back(Moment(i, j));
-                  }
-              }
-          }
-          return rows;
-      }()) {
-    for (int i = 1; i <= Moment.Size(); ++i) {
+StructuralSystem::StructuralSystem(const Pattern& Apat) : Apat_(Apat) {
+    const int k = Apat.Size();
+    TextMatrix Bname;
+    Matrix Bnum;
+    BuildPattern(Apat, parameterCount_, Bname, Bnum);
+    TextMatrix Moment;
+    Int16 equations;
+    Int16 zeros;
+    BuildMomentMatrix(Moment, Bname, equations, zeros, k);
+    for (int i = 1; i <= k; ++i) {
         for (int j = 1; j <= i; ++j) {
             if (Moment(i, j) != "0") {
                 lhs_.push_back(Moment(i, j));
@@ -87,6 +82,7 @@ StructuralSystem::StructuralSystem(const Pattern& Apat, const TextMatrix& Moment
             }
         }
     }
+    compiled_ = std::make_unique<CompiledSystem>(parameterCount_, lhs_);
 }
 
 bool StructuralSystem::RightHandSides(const Matrix& L, std::vector<double>& rhs) const {
@@ -138,7 +134,7 @@ void StructuralSystem::SolveAtL(const Matrix& L, Vector& CoefA, Vector& CoefC, I
 
 bool StructuralSystem::SolutionAtLFast(const Matrix& L, std::vector<double>& b) const {
     std::vector<double> rhs;
-    return RightHandSides(L, rhs) && compiled_.Solve(rhs, b);
+    return RightHandSides(L, rhs) && compiled_->Solve(rhs, b);
 }
 
 void StructuralSystem::SolveAtLFast(const Matrix& L, Vector& CoefA, Vector& CoefC, Int16& ok,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,9 @@ struct Workspace;
 // start values of the likelihood search.
 class StructuralSystem {
 public:
-    // Apat the pattern; Moment its B'B as text (BuildMomentMatrix).
-    StructuralSystem(const Pattern& Apat, const TextMatrix& Moment, Int16 ParameterCount);
+    // The system of the pattern: B'B as text (BuildMomentMatrix), its elements on and below
+    // the diagonal that are not "0" the equations, the others the moment zeros.
+    explicit StructuralSystem(const Pattern& Apat);
 
     // The right-hand sides of the system at L: the elements of the inverse of LL' at the places
     // of the equations, rounded to single precision. False when LL' is singular.
@@ -44,7 +46,10 @@ public:
     Vector MomentZeros(const Matrix& L, Int16& ok) const;
 
     int StarCount() const { return static_cast<int>(zeros_.size()); }
+    Int16 ParameterCount() const { return parameterCount_; }
     const std::vector<std::string>& Equations() const { return lhs_; }
+    // The places (i, j), j <= i, of the equations, in their order.
+    const std::vector<std::pair<int, int>>& EquationPlaces() const { return equations_; }
 
 private:
     bool Coefficients(const std::vector<double>& b, Vector& CoefA, Vector& CoefC, Matrix* B) const;
@@ -52,10 +57,10 @@ private:
     Pattern Apat_;
     Int16 parameterCount_;
     std::vector<std::string> lhs_;
-    // The places (i, j), j <= i, of the equations and of the moment zeros.
     std::vector<std::pair<int, int>> equations_;
+    // The places of the moment zeros.
     std::vector<std::pair<int, int>> zeros_;
-    CompiledSystem compiled_;
+    std::unique_ptr<CompiledSystem> compiled_;
 };
 
 // The variance matrix W of the limiting distribution of the free elements of L (the last M rows

@@ -199,7 +199,7 @@ bool VBernanke2::Identify() {
     Int16 ZeroCount;
     BuildMomentMatrix(Moment, Bname, EquationCount, ZeroCount, k);
     Append(MomentConditionsText(Bname, Moment, VarUInverse));
-    system_ = std::make_unique<StructuralSystem>(Apat, Moment, parameterCount_);
+    system_ = std::make_unique<StructuralSystem>(Apat);
     solverLhs_ = system_->Equations();
     std::vector<double> rhs;
     system_->RightHandSides(L_, rhs);

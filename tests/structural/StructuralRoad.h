@@ -7,6 +7,7 @@
 
 #include "estimate/EstimateRoad.h"
 #include "frame/Module.h"
+#include "numeric/Pattern.h"
 #include "support/TestModule.h"
 
 namespace lorvane::test {
@@ -58,6 +59,18 @@ inline const std::vector<std::vector<int>> Overidentified = {{}, {0}, {0}};
 inline void SpecifyStructural(TestModule& test, const std::vector<std::vector<int>>& chosen) {
     test.module().Click("VARSTR1", "Command2");
     SpecifyEquations(test, chosen);
+}
+
+// A pattern of the structural model given by its rows.
+inline Pattern PatternOf(const std::vector<std::vector<int>>& rows) {
+    const int k = static_cast<int>(rows.size());
+    Pattern Apat(k);
+    for (int i = 1; i <= k; ++i) {
+        for (int j = 1; j <= k; ++j) {
+            Apat(i, j) = rows[static_cast<std::size_t>(i - 1)][static_cast<std::size_t>(j - 1)];
+        }
+    }
+    return Apat;
 }
 
 } // namespace lorvane::test

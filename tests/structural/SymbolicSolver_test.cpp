@@ -11,13 +11,17 @@
 #include "frame/NumberText.h"
 #include "frame/RuntimeError.h"
 #include "numeric/Matrix.h"
+#include "numeric/MatrixProducts.h"
 #include "numeric/Pattern.h"
-#include "structural/MomentConditions.h"
+#include "structural/StructuralRoad.h"
+#include "structural/StructuralVariance.h"
 #include "structural/SymbolicSolver.h"
 #include "support/Reference.h"
 
 namespace lorvane {
 namespace {
+
+using test::PatternOf;
 
 // A moment system B'B = c as the structural screens build it: the rows (i, j), j <= i, whose
 // moment is not "0", the right-hand sides rounded to single precision.
@@ -35,49 +39,14 @@ struct MomentSystem {
     }
 };
 
-Matrix CrossProduct(const Matrix& B) {
-    const int k = B.Rows();
-    Matrix product(k, k);
-    for (int i = 1; i <= k; ++i) {
-        for (int j = 1; j <= k; ++j) {
-            for (int m = 1; m <= k; ++m) {
-                product(i, j) += B(m, i) * B(m, j);
-            }
-        }
-    }
-    return product;
-}
-
 MomentSystem SystemOf(const Pattern& pattern, const Matrix& B) {
-    const int k = pattern.Size();
-    MomentSystem system;
-    TextMatrix Bname;
-    Matrix Bnum;
-    BuildPattern(pattern, system.parameters, Bname, Bnum);
-    TextMatrix Moment;
-    Int16 equations;
-    Int16 zeros;
-    BuildMomentMatrix(Moment, Bname, equations, zeros, k);
+    const StructuralSystem structure(pattern);
+    MomentSystem system{structure.ParameterCount(), structure.Equations(), {}};
     const Matrix moments = CrossProduct(B);
-    for (int i = 1; i <= k; ++i) {
-        for (int j = 1; j <= i; ++j) {
-            if (Moment(i, j) != "0") {
-                system.lhs.push_back(Moment(i, j));
-                system.rhs.push_back(ToSingle(moments(i, j)));
-            }
-        }
+    for (const auto& [i, j] : structure.EquationPlaces()) {
+        system.rhs.push_back(ToSingle(moments(i, j)));
     }
     return system;
-}
-
-Pattern PatternOf(const std::vector<std::vector<int>>& rows) {
-    Pattern pattern(static_cast<int>(rows.size()));
-    for (int i = 1; i <= pattern.Size(); ++i) {
-        for (int j = 1; j <= pattern.Size(); ++j) {
-            pattern(i, j) = rows[i - 1][j - 1];
-        }
-    }
-    return pattern;
 }
 
 std::vector<double> Values(const std::vector<std::string>& texts) {

@@ -7,7 +7,6 @@
 #include "estimate/LFiles.h"
 #include "frame/NumberText.h"
 #include "frame/TextFile.h"
-#include "structural/MomentConditions.h"
 #include "structural/StartValues.h"
 #include "structural/StructuralRoad.h"
 #include "structural/StructuralVariance.h"
@@ -20,6 +19,7 @@ using test::Ctl;
 using test::ExpectRelative;
 using test::Lines;
 using test::NumbersOf;
+using test::PatternOf;
 using test::ReadFile;
 using test::TestModule;
 using test::WriteFile;
@@ -339,26 +339,6 @@ TEST_F(E1Structural, RecursiveResponsesEqualTheNonstructuralOnes) {
     }
 }
 
-// The moment system of a pattern given by its rows.
-StructuralSystem SystemOf(const std::vector<std::vector<int>>& rows) {
-    const int k = static_cast<int>(rows.size());
-    Pattern Apat(k);
-    for (int i = 1; i <= k; ++i) {
-        for (int j = 1; j <= k; ++j) {
-            Apat(i, j) = rows[static_cast<std::size_t>(i - 1)][static_cast<std::size_t>(j - 1)];
-        }
-    }
-    Int16 P;
-    TextMatrix Bname;
-    Matrix Bnum;
-    BuildPattern(Apat, P, Bname, Bnum);
-    TextMatrix Moment;
-    Int16 equations;
-    Int16 zeros;
-    BuildMomentMatrix(Moment, Bname, equations, zeros, k);
-    return StructuralSystem(Apat, Moment, P);
-}
-
 TEST(StructuralVariance, TablesSolveAsTheTextsDoAtPerturbedL) {
     const std::vector<std::vector<std::vector<int>>> patterns = {
         {{1, 0, 0}, {-1, 1, 0}, {-1, -1, 1}},
@@ -373,7 +353,7 @@ TEST(StructuralVariance, TablesSolveAsTheTextsDoAtPerturbedL) {
     };
     int solved = 0;
     for (const auto& rows : patterns) {
-        const StructuralSystem system = SystemOf(rows);
+        const StructuralSystem system(PatternOf(rows));
         const int k = static_cast<int>(rows.size());
         for (int draw = 0; draw < 40; ++draw) {
             Matrix L(k, k);
