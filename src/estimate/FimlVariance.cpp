@@ -12,6 +12,7 @@
 #include "frame/NumberText.h"
 #include "frame/TextFile.h"
 #include "numeric/DISTRIB.h"
+#include "numeric/DataUnits.h"
 #include "numeric/Matsubs.h"
 
 namespace lorvane {
@@ -54,9 +55,14 @@ ObservationLogLikelihood::ObservationLogLikelihood(const Matrix& L, Int16 k, Int
         }
     }
     Int16 inversion;
-    InvertMatrix(sigma, inverse_, determinant_, k, inversion);
-    failed_ = inversion == 1 || !(determinant_ > 0);
+    Determinant determinant;
+    InvertMatrix(sigma, inverse_, determinant, k, inversion);
+    failed_ = inversion == 1 || determinant.Sign() <= 0;
     flag = failed_ ? 1 : 0;
+    if (!failed_) {
+        // The logarithm of the determinant itself: no power of ten of Sigma's units is lost.
+        logDeterminant_ = determinant.Log();
+    }
 }
 
 double ObservationLogLikelihood::At(int t, const Matrix& u) const {
@@ -70,7 +76,7 @@ double ObservationLogLikelihood::At(int t, const Matrix& u) const {
             quadratic += u(t, i) * inverse_(i, j) * u(t, j);
         }
     }
-    return -0.5 * quadratic - 0.5 * std::log(determinant_);
+    return -0.5 * quadratic - 0.5 * logDeterminant_;
 }
 
 Matrix ReadResiduals(const Workspace& workspace, int T) {
@@ -99,20 +105,25 @@ VarianceOfL ComputeScoreVariance(EstimationView& view, Matrix L,
     const Int16 k = L.Rows();
     const int nL = static_cast<int>(places.size());
     const int n = static_cast<int>(T);
+    // An element of row i has the units of variable i, and so has its step.
+    const std::vector<int> units = UnitPowers(L);
+    std::vector<double> steps;
     // The likelihoods with each free element of L one step up and one step down do not depend
     // on the observation: their Sigmas are inverted once, not once per observation.
     std::vector<ObservationLogLikelihood> up;
     std::vector<ObservationLogLikelihood> down;
     for (const ElementPlace& place : places) {
+        const double step = ScoreStep * PowerOfTen(units[static_cast<std::size_t>(place.i - 1)]);
+        steps.push_back(step);
         double& element = L(place.i, place.j);
         const double kept = element;
         Int16 flag;
-        element = kept + ScoreStep;
+        element = kept + step;
         up.emplace_back(L, k, flag);
         if (flag == 1) {
             return VarianceOfL::LSingular;
         }
-        element = kept - ScoreStep;
+        element = kept - step;
         down.emplace_back(L, k, flag);
         if (flag == 1) {
             return VarianceOfL::LSingular;
@@ -125,7 +136,7 @@ VarianceOfL ComputeScoreVariance(EstimationView& view, Matrix L,
         view.Working();
         for (int c = 1; c <= nL; ++c) {
             const std::size_t index = static_cast<std::size_t>(c - 1);
-            g(c) = 0.5 * (up[index].At(t, u) - down[index].At(t, u)) / ScoreStep;
+            g(c) = 0.5 * (up[index].At(t, u) - down[index].At(t, u)) / steps[index];
         }
         for (int r = 1; r <= nL; ++r) {
             for (int s = 1; s <= nL; ++s) {
@@ -138,7 +149,17 @@ VarianceOfL ComputeScoreVariance(EstimationView& view, Matrix L,
     double determinant = 0;
     Int16 flag;
     InvertMatrix(G, VL, determinant, nL, flag);
-    return flag == 1 ? VarianceOfL::ScoresSingular : VarianceOfL::Done;
+    if (flag == 1) {
+        return VarianceOfL::ScoresSingular;
+    }
+    // With fewer observations than free elements G is singular, yet the inversion may pass its
+    // pivot test and leave a diagonal that no variance matrix has.
+    for (int c = 1; c <= nL; ++c) {
+        if (!(VL(c, c) > 0)) {
+            return VarianceOfL::ScoresSingular;
+        }
+    }
+    return VarianceOfL::Done;
 }
 
 double ConcentratedLogLikelihood(const Matrix& L, double T) {

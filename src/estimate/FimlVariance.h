@@ -11,7 +11,9 @@ namespace lorvane {
 class EstimationView;
 struct Workspace;
 
-// The step of the central differences of the scores.
+// The step of the central differences of the scores, for series whose errors are of the size
+// of growth rates; an element in row i of L moves by ScoreStep times the power of ten of the
+// units of variable i (UnitPowers).
 inline constexpr double ScoreStep = 0.0001;
 
 // The number of free elements of a lower triangular k by k matrix, (k^2 + k) / 2.
@@ -28,7 +30,7 @@ public:
 
 private:
     Matrix inverse_;
-    double determinant_ = 0;
+    double logDeterminant_ = 0;
     bool failed_ = false;
 };
 
@@ -40,7 +42,8 @@ enum class VarianceOfL { Done, LSingular, ScoresSingular };
 
 // The variance matrix VL of the square root of T times the error of the free elements of L
 // (numbered row by row over the lower triangle): the inverse of the average outer product of
-// the observations' numerical scores.
+// the observations' numerical scores. An inverse whose diagonal is not positive counts as a
+// singular outer product.
 VarianceOfL ComputeVarianceOfL(EstimationView& view, const Matrix& L, const Matrix& u, double T,
                                Matrix& VL);
 

@@ -6,6 +6,7 @@
 #include "frame/RuntimeError.h"
 #include "innovation/InnovationModel.h"
 #include "innovation/WorkCounter.h"
+#include "numeric/DataUnits.h"
 
 namespace lorvane {
 
@@ -25,11 +26,11 @@ struct Derivatives {
         return values.data() + response * static_cast<std::size_t>(count);
     }
 
-    // Stores the central difference of parameter number `parameter` (1-based).
-    void Store(int parameter, const Responses& plus, const Responses& minus) {
+    // Stores the central difference of parameter number `parameter` (1-based) over the step.
+    void Store(int parameter, const Responses& plus, const Responses& minus, double step) {
         for (std::size_t r = 0; r < plus.Count(); ++r) {
             values[r * static_cast<std::size_t>(count) + static_cast<std::size_t>(parameter - 1)] =
-                (Value(plus, r) - Value(minus, r)) * 0.5 / ResponseStep;
+                (Value(plus, r) - Value(minus, r)) * 0.5 / step;
         }
     }
 
@@ -43,6 +44,24 @@ struct Derivatives {
     }
 };
 
+// The steps of the lag coefficients in the order of Theta (equation i, lag, variable j over
+// the places of Z): A(i, j) turns variable j into variable i and has their ratio of units.
+std::vector<double> LagSteps(const InnovationModel& model, const std::vector<int>& units) {
+    std::vector<double> steps;
+    for (int i = 1; i <= model.n; ++i) {
+        for (int k = 1; k <= model.p; ++k) {
+            for (int j = 1; j <= model.n; ++j) {
+                if (model.Z(i, j) == 1) {
+                    steps.push_back(ResponseStep *
+                                    PowerOfTen(units[static_cast<std::size_t>(i - 1)] -
+                                               units[static_cast<std::size_t>(j - 1)]));
+                }
+            }
+        }
+    }
+    return steps;
+}
+
 } // namespace
 
 Responses ComputeStandardErrors(InnovationModel& model, int H, WorkCounter& work) {
@@ -51,16 +70,20 @@ Responses ComputeStandardErrors(InnovationModel& model, int H, WorkCounter& work
     Responses plus(n, H);
     Responses minus(n, H);
     auto step = [&work] { work.Step(); };
+    // The steps follow the units of the variables, taken from the rows of L.
+    const std::vector<int> units = UnitPowers(model.L);
 
     Derivatives DA(plus.Count(), model.NA);
+    const std::vector<double> lagSteps = LagSteps(model, units);
     for (int a = 1; a <= model.NA; ++a) {
+        const double h = lagSteps[static_cast<std::size_t>(a - 1)];
         const double saved = model.Theta(a);
-        model.Theta(a) = saved + ResponseStep;
+        model.Theta(a) = saved + h;
         recursion.Run(model.Theta, model.L, plus, step);
-        model.Theta(a) = saved - ResponseStep;
+        model.Theta(a) = saved - h;
         recursion.Run(model.Theta, model.L, minus, step);
         model.Theta(a) = saved;
-        DA.Store(a, plus, minus);
+        DA.Store(a, plus, minus, h);
         work.RefreshOnly();
     }
 
@@ -72,13 +95,15 @@ Responses ComputeStandardErrors(InnovationModel& model, int H, WorkCounter& work
                 continue;
             }
             ++l;
+            // An element of row i has the units of variable i.
+            const double h = ResponseStep * PowerOfTen(units[static_cast<std::size_t>(i - 1)]);
             const double saved = model.L(i, j);
-            model.L(i, j) = saved + ResponseStep;
+            model.L(i, j) = saved + h;
             recursion.Run(model.Theta, model.L, plus, step);
-            model.L(i, j) = saved - ResponseStep;
+            model.L(i, j) = saved - h;
             recursion.Run(model.Theta, model.L, minus, step);
             model.L(i, j) = saved;
-            DL.Store(l, plus, minus);
+            DL.Store(l, plus, minus, h);
             work.RefreshOnly();
         }
     }

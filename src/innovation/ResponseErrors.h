@@ -7,7 +7,9 @@ namespace lorvane {
 struct InnovationModel;
 struct WorkCounter;
 
-// The absolute step of the central differences of the responses.
+// The step of the central differences of the responses, for series whose errors are of the
+// size of growth rates; a parameter moves by it times the powers of ten of the units of the
+// variables it links (UnitPowers), whatever the parameter's own value.
 inline constexpr double ResponseStep = 0.001;
 
 // The asymptotic standard errors of the responses for horizons 0..H by the delta method:

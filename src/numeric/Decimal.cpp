@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <charconv>
 #include <cmath>
 
 #include "frame/RuntimeError.h"
@@ -53,6 +54,16 @@ Wide WideOf(u128 value) {
 
 bool Fits96(const Wide& x) {
     return x.w2 == 0 && (x.w1 >> 32) == 0;
+}
+
+// The number of decimal digits of a mantissa below 2^96, at most 29 (1 for zero).
+int DigitCount(u128 mantissa) {
+    int count = 1;
+    while (count < static_cast<int>(kPow10Wide.size()) &&
+           mantissa >= kPow10Wide[static_cast<std::size_t>(count)]) {
+        ++count;
+    }
+    return count;
 }
 
 bool IsZero(const Wide& x) {
@@ -738,6 +749,71 @@ Decimal Decimal::FromDouble(double x) {
     }
 }
 
+namespace {
+
+// digits / 10^scale for any scale: trailing zeros go while the scale is positive, a negative
+// scale multiplies, digits beyond scale 28 are rounded half to even, and a value beyond the
+// range raises error 6.
+Decimal FromDigits(u128 digits, int scale, bool negative) {
+    while (scale > 0 && digits % 10 == 0) {
+        digits /= 10;
+        --scale;
+    }
+    Wide mantissa = WideOf(digits);
+    if (scale < 0) {
+        if (-scale >= static_cast<int>(kPow10Wide.size())) {
+            Raise(Overflow);
+        }
+        mantissa = Multiply96(digits, kPow10Wide[static_cast<std::size_t>(-scale)]);
+        scale = 0;
+    }
+    Decimal result;
+    if (!DecimalAccess::ScaleAndSet(mantissa, scale, negative, Tail::Zero, result)) {
+        Raise(Overflow);
+    }
+    return result;
+}
+
+} // namespace
+
+Decimal Decimal::FromDouble(double x, int power) {
+    if (power == 0) {
+        return FromDouble(x);
+    }
+    if (!std::isfinite(x)) {
+        Raise(Overflow);
+    }
+    if (x == 0.0) {
+        return Decimal();
+    }
+    const double magnitude = std::fabs(x);
+    if (magnitude >= 1e-14 && magnitude < 1e28) {
+        // FromDouble keeps all fifteen digits here: only the scale moves.
+        const Decimal digits = FromDouble(x);
+        return FromDigits(DecimalAccess::Mantissa(digits), digits.scale_ - power, x < 0);
+    }
+    // The fifteen significant digits, d.dddddddddddddde[+-]x, rounded to nearest with ties to
+    // even as FromDouble rounds them.
+    char text[32];
+    const auto written =
+        std::to_chars(text, text + sizeof(text), magnitude, std::chars_format::scientific, 14);
+    u64 digits = 0;
+    const char* c = text;
+    for (; c != written.ptr && *c != 'e'; ++c) {
+        if (*c != '.') {
+            digits = digits * 10 + static_cast<u64>(*c - '0');
+        }
+    }
+    int exponent = 0;
+    const char* first = c + 1;
+    if (first != written.ptr && *first == '+') {
+        ++first;
+    }
+    std::from_chars(first, written.ptr, exponent);
+    // x is digits * 10^(exponent - 14).
+    return FromDigits(digits, 14 - exponent - power, x < 0);
+}
+
 Decimal Decimal::FromInteger(long long value) {
     Decimal result;
     const u64 magnitude = value < 0 ? 0 - static_cast<u64>(value) : static_cast<u64>(value);
@@ -811,15 +887,60 @@ Decimal Decimal::FromText(std::string_view text) {
     return result;
 }
 
+namespace {
+
+// 10^0 .. 10^28 as doubles (exact up to 10^22).
+constexpr std::array<double, 29> kDoublePowers = {
+    1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14,
+    1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22, 1e23, 1e24, 1e25, 1e26, 1e27, 1e28};
+
+} // namespace
+
 double Decimal::ToDouble() const {
     if (IsZero()) {
         return 0.0;
     }
-    static constexpr std::array<double, 29> kPowers = {
-        1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14,
-        1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22, 1e23, 1e24, 1e25, 1e26, 1e27, 1e28};
-    const double value = static_cast<double>(DecimalAccess::Mantissa(*this)) / kPowers[scale_];
+    const double value =
+        static_cast<double>(DecimalAccess::Mantissa(*this)) / kDoublePowers[scale_];
     return negative_ ? -value : value;
+}
+
+double Decimal::ToDouble(int power) const {
+    if (power == 0 || IsZero()) {
+        return ToDouble();
+    }
+    // The mantissa divided by 10^k in double precision, as ToDouble divides it by 10^scale;
+    // far beyond the table in steps that do not overflow on the way.
+    int k = scale_ - power;
+    double value = static_cast<double>(DecimalAccess::Mantissa(*this));
+    for (; k > 300; k -= 300) {
+        value /= 1e300;
+    }
+    for (; k < -300; k += 300) {
+        value *= 1e300;
+    }
+    if (k >= 0 && k < static_cast<int>(kDoublePowers.size())) {
+        value /= kDoublePowers[static_cast<std::size_t>(k)];
+    } else {
+        value = k > 0 ? value / std::pow(10.0, k) : value * std::pow(10.0, -k);
+    }
+    return negative_ ? -value : value;
+}
+
+int Decimal::LeadingPower() const {
+    if (IsZero()) {
+        return 0;
+    }
+    return DigitCount(DecimalAccess::Mantissa(*this)) - 1 - scale_;
+}
+
+Decimal Decimal::Normalized() const {
+    Decimal result = *this;
+    if (!IsZero()) {
+        // At most 29 digits, so the scale stays within 28.
+        result.scale_ = static_cast<std::uint8_t>(DigitCount(DecimalAccess::Mantissa(*this)) - 1);
+    }
+    return result;
 }
 
 std::string Decimal::ToText() const {

@@ -34,6 +34,11 @@ public:
     // kept (1.5 has mantissa 15 and scale 1). |x| >= 79228162514264337593543950335, infinity
     // and NaN raise error 6.
     static Decimal FromDouble(double x);
+    // The double times 10^power: the 15 significant digits of x, rounded as FromDouble rounds
+    // them, with the decimal point moved by `power` places. Moving the point is exact; only
+    // digits that the move takes beyond scale 28 are rounded (half to even), and a result beyond
+    // the range raises error 6. FromDouble(x, 0) is FromDouble(x).
+    static Decimal FromDouble(double x, int power);
     static Decimal FromInteger(long long value);
     // The raw parts as the DECIMAL structure holds them: mantissa = hi:mid:lo. A scale above 28
     // raises error 5.
@@ -46,6 +51,14 @@ public:
 
     // The mantissa divided by 10^scale in double precision.
     double ToDouble() const;
+    // The value times 10^power: the mantissa divided by 10^(scale - power) in double precision,
+    // as ToDouble divides it; 0 below the range of doubles, an infinity beyond it. ToDouble(0)
+    // is ToDouble().
+    double ToDouble(int power) const;
+    // The power of ten of the leading digit, floor(log10 |value|); 0 for zero.
+    int LeadingPower() const;
+    // The value times 10^-LeadingPower(): the same digits, between 1 and 10 in magnitude. Exact.
+    Decimal Normalized() const;
     // Plain invariant text without exponent: "-0.25", "1999", "0". The digits after the point
     // are exactly those the scale holds, trailing zeros included ("1.50" for mantissa 150 at
     // scale 2).

@@ -51,11 +51,11 @@ void EnsureSize(Matrix& matrix, int n) {
     }
 }
 
-void InvertOne(const Matrix& matrix, Matrix& inverse, double& determinant, Int16& flag) {
+void InvertOne(const Matrix& matrix, Matrix& inverse, Determinant& determinant, Int16& flag) {
     const double element = matrix(1, 1);
     if (!(std::fabs(element) > 0.0)) {
         flag = 1;
-        determinant = 0.0;
+        determinant.SetZero();
         return;
     }
     EnsureSize(inverse, 1);
@@ -66,16 +66,51 @@ void InvertOne(const Matrix& matrix, Matrix& inverse, double& determinant, Int16
     }
 }
 
+// The equilibration of InvertMatrix: e(i) such that |d| 10^(-2 e(i)) lies in [0.1, 10) for the
+// diagonal element d of row i; 0 where d is zero or not a number.
+std::vector<int> EquilibrationPowers(const Matrix& matrix, int n) {
+    std::vector<int> powers(static_cast<std::size_t>(n), 0);
+    for (int i = 1; i <= n; ++i) {
+        const double d = std::fabs(matrix(i, i));
+        if (d > 0.0 && std::isfinite(d)) {
+            powers[static_cast<std::size_t>(i - 1)] =
+                static_cast<int>(std::floor((std::log10(d) + 1.0) / 2.0));
+        }
+    }
+    return powers;
+}
+
 } // namespace
 
+void Determinant::MultiplyBy(const Decimal& factor) {
+    // Both between 1 and 10 in magnitude: the product keeps 28 digits and cannot overflow.
+    const Decimal product = mantissa_ * factor.Normalized();
+    power_ += factor.LeadingPower() + product.LeadingPower();
+    mantissa_ = product.Normalized();
+}
+
+double Determinant::Log() const {
+    if (Sign() <= 0) {
+        Raise(InvalidProcedureCall);
+    }
+    return std::log(mantissa_.ToDouble()) + power_ * std::log(10.0);
+}
+
 void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, double size,
+                  Int16& flag, InversionResidual* residual, const std::function<void()>& eachRow) {
+    Determinant product;
+    InvertMatrix(matrix, inverse, product, size, flag, residual, eachRow);
+    determinant = product.Value();
+}
+
+void InvertMatrix(const Matrix& matrix, Matrix& inverse, Determinant& determinant, double size,
                   Int16& flag, InversionResidual* residual, const std::function<void()>& eachRow) {
     const int n = CInt(size);
     if (matrix.Rows() < n || matrix.Cols() < n) {
         Raise(SubscriptOutOfRange);
     }
     flag = 0;
-    determinant = 1.0;
+    determinant = Determinant();
     if (n == 1) {
         InvertOne(matrix, inverse, determinant, flag);
         return;
@@ -84,13 +119,19 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
     const Decimal tolerance = Decimal::FromText("0.0000000001");
     const Decimal margin = Decimal::FromInteger(100);
     const int width = 2 * n;
+    const std::vector<int> powers = EquilibrationPowers(matrix, n);
+    // Element (i, j) is scaled by 10^-(e(i) + e(j)) on the way in, and its inverse's by the
+    // same on the way out.
+    const auto power = [&powers](int i, int j) {
+        return -(powers[static_cast<std::size_t>(i - 1)] + powers[static_cast<std::size_t>(j - 1)]);
+    };
 
-    // The matrix and the identity side by side. An element that does not convert stays 0.
+    // The scaled matrix and the identity side by side. An element that does not convert stays 0.
     DecimalArray a(n, width);
     for (int i = 1; i <= n; ++i) {
         for (int j = 1; j <= n; ++j) {
             try {
-                a(i, j) = Decimal::FromDouble(matrix(i, j));
+                a(i, j) = Decimal::FromDouble(matrix(i, j), power(i, j));
             } catch (const RuntimeError&) {
             }
         }
@@ -104,8 +145,7 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
         }
     }
 
-    Decimal det = one; // the determinant, in decimal like the rest
-    Decimal big;       // keeps its last value when 100 |A(i,i)| overflows
+    Decimal big; // keeps its last value when 100 |A(i,i)| overflows
     Decimal result;
     std::vector<int> columns;
     columns.reserve(static_cast<std::size_t>(width));
@@ -138,7 +178,7 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
         const Decimal pivot = a(i, i);
         if (pivot.Abs() < tolerance) {
             flag = 1;
-            determinant = 0.0;
+            determinant.SetZero();
             return;
         }
         a(i, i) = one;
@@ -148,9 +188,7 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
                 pivotRow[c - 1] = result;
             }
         }
-        if (Decimal::TryMultiply(det, pivot, result)) {
-            det = result;
-        }
+        determinant.MultiplyBy(pivot);
         NonzeroColumns(pivotRow, i + 1, width, columns);
         for (int r = i + 1; r <= n; ++r) {
             const Decimal f = a(r, i);
@@ -179,13 +217,17 @@ void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, do
         }
     }
 
-    determinant = det.ToDouble();
+    int totalPower = 0;
+    for (const int e : powers) {
+        totalPower += 2 * e;
+    }
+    determinant.MultiplyByPowerOfTen(totalPower);
     EnsureSize(inverse, n);
     DecimalArray b(n, n);
     for (int i = 1; i <= n; ++i) {
         for (int j = 1; j <= n; ++j) {
             b(i, j) = a(i, n + j);
-            inverse(i, j) = b(i, j).ToDouble();
+            inverse(i, j) = b(i, j).ToDouble(power(i, j));
         }
     }
     a.Release();

@@ -4,11 +4,38 @@
 #include <string>
 
 #include "frame/Int16.h"
+#include "numeric/Decimal.h"
 #include "numeric/Matrix.h"
 
 namespace lorvane {
 
 class Boxes;
+
+// The determinant an inversion finds: the product of its decimal pivots, times the power of ten
+// that undoes the scaling of the matrix. The product is kept as a decimal between 1 and 10 in
+// magnitude with its power of ten apart, so that it keeps its digits and neither underflows nor
+// overflows, whatever the units of the matrix.
+class Determinant {
+public:
+    // 1.
+    Determinant() : mantissa_(Decimal::FromInteger(1)) {}
+
+    void MultiplyBy(const Decimal& factor);
+    void MultiplyByPowerOfTen(int power) { power_ += power; }
+    void SetZero() { mantissa_ = Decimal(); }
+
+    // -1, 0 or 1.
+    int Sign() const { return mantissa_.Sign(); }
+    // As a double (Decimal::ToDouble): 0 below the range of doubles, an infinity beyond it.
+    double Value() const { return mantissa_.ToDouble(power_); }
+    // The natural logarithm, whatever the size; error 5 when the determinant is not positive,
+    // as for any logarithm.
+    double Log() const;
+
+private:
+    Decimal mantissa_;
+    int power_ = 0;
+};
 
 // What the residual check of an inversion found: the largest deviation of Matrix * Inverse from
 // the identity, computed in decimal. It is information only; the flag never depends on it.
@@ -25,10 +52,24 @@ struct InversionResidual {
 // skipped and the inversion goes on. A 1 by 1 matrix is inverted in doubles and keeps the
 // determinant 1. `inverse` is enlarged to Size by Size when it is smaller. A `matrix` smaller
 // than Size raises error 9.
-// The residual check (Matrix * Inverse against the identity, in decimal) decides nothing; it is
-// made only when `residual` asks for its result. `eachRow`, when given, is called after every
-// row of the elimination and of the back substitution, so that a long inversion can keep the
-// screen alive.
+//
+// Equilibration: before the elimination, row and column i are both multiplied by 10^-e(i),
+// where e(i) is the whole number that brings the diagonal element into [0.1, 10) (0 for a zero
+// diagonal element), and the scaling is undone on the inverse and the determinant. Moving a
+// decimal point is exact, so the answers do not depend on the units of the matrix, and a
+// matrix whose diagonal already lies in [0.1, 10) is inverted exactly as without the scaling.
+// The tolerance 1E-10, the margin 100 and the skipped statements apply to the scaled matrix:
+// truly collinear rows are still singular, badly scaled ones are not.
+//
+// The residual check (Matrix * Inverse against the identity, in decimal, on the scaled matrix)
+// decides nothing; it is made only when `residual` asks for its result. `eachRow`, when given,
+// is called after every row of the elimination and of the back substitution, so that a long
+// inversion can keep the screen alive.
+void InvertMatrix(const Matrix& matrix, Matrix& inverse, Determinant& determinant, double size,
+                  Int16& flag, InversionResidual* residual = nullptr,
+                  const std::function<void()>& eachRow = {});
+// The same with the determinant as a double (Determinant::Value): for callers that only test
+// it, never for its logarithm.
 void InvertMatrix(const Matrix& matrix, Matrix& inverse, double& determinant, double size,
                   Int16& flag, InversionResidual* residual = nullptr,
                   const std::function<void()>& eachRow = {});

@@ -84,11 +84,13 @@ bool ComputeCriteria(Module& module, int q, InformationCriteria& criteria) {
         }
     }
     Matrix sInverse;
-    InvertMatrix(S, sInverse, determinant, k, flag);
+    Determinant determinantOfS;
+    InvertMatrix(S, sInverse, determinantOfS, k, flag);
     if (flag == 1) {
         return false;
     }
-    const double D = CheckedLog(determinant);
+    // The logarithm of the determinant itself, so that it does not vanish in small units.
+    const double D = determinantOfS.Log();
     const double c = static_cast<double>(k) * regressors;
     criteria.Akaike = D + c * 2.0 / T;
     criteria.HannanQuinn = D + c * 2.0 * CheckedLog(CheckedLog(T)) / T;

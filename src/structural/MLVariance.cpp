@@ -1,6 +1,6 @@
 #include "structural/MLVariance.h"
 
-#include "frame/RuntimeError.h"
+#include "numeric/DataUnits.h"
 #include "numeric/MatrixProducts.h"
 #include "numeric/Matsubs.h"
 #include "structural/MomentConditions.h"
@@ -53,12 +53,31 @@ ObservationTerm TermAt(const Pattern& Apat, const std::vector<double>& b) {
     term.M = CrossProduct(BuildB(Apat, b));
     const int n = term.M.Rows();
     Matrix inverse(n, n);
-    double determinant = 0;
+    Determinant determinant;
     Int16 flag;
     InvertMatrix(term.M, inverse, determinant, n, flag);
     // A singular B'B has no logarithm of its determinant: the run stops with error 5.
-    term.logDeterminant = CheckedLog(determinant);
+    term.logDeterminant = determinant.Log();
     return term;
+}
+
+// The steps of the elements of b, for series whose errors are of the size of growth rates: an
+// element in column j of B has the inverse of the units of variable j, and its step moves with
+// them. The units come from the rows of B^-1 (UnitPowers).
+std::vector<double> StepsOf(const Pattern& Apat, const std::vector<double>& b) {
+    double determinant = 0;
+    Int16 flag;
+    const Matrix BInv = BInverseAt(Apat, b, determinant, flag);
+    const std::vector<int> units = UnitPowers(BInv);
+    std::vector<double> steps;
+    for (int i = 1; i <= Apat.Size(); ++i) {
+        for (int j = 1; j <= Apat.Size(); ++j) {
+            if (Apat(i, j) == 1 || Apat(i, j) == -1) {
+                steps.push_back(MLStep * PowerOfTen(-units[static_cast<std::size_t>(j - 1)]));
+            }
+        }
+    }
+    return steps;
 }
 
 } // namespace
@@ -75,13 +94,15 @@ Matrix BInverseAt(const Pattern& Apat, const std::vector<double>& b, double& det
 bool ScoreVarianceOfB(const Pattern& Apat, std::vector<double> b, const Matrix& u, double Tn,
                       Matrix& VarB, const std::function<void()>& stepDone) {
     const int m = static_cast<int>(b.size());
+    const std::vector<double> steps = StepsOf(Apat, b);
     std::vector<ObservationTerm> plus;
     std::vector<ObservationTerm> minus;
-    for (double& element : b) {
+    for (std::size_t k = 0; k < b.size(); ++k) {
+        double& element = b[k];
         const double kept = element;
-        element = kept + MLStep;
+        element = kept + steps[k];
         plus.push_back(TermAt(Apat, b));
-        element = kept - MLStep;
+        element = kept - steps[k];
         minus.push_back(TermAt(Apat, b));
         element = kept;
     }
@@ -91,7 +112,7 @@ bool ScoreVarianceOfB(const Pattern& Apat, std::vector<double> b, const Matrix& 
     for (int t = 1; t <= observations; ++t) {
         for (int k = 1; k <= m; ++k) {
             const std::size_t index = static_cast<std::size_t>(k - 1);
-            g(k) = (plus[index].At(u, t) - minus[index].At(u, t)) * 0.5 / MLStep;
+            g(k) = (plus[index].At(u, t) - minus[index].At(u, t)) * 0.5 / steps[index];
         }
         for (int k = 1; k <= m; ++k) {
             for (int l = 1; l <= m; ++l) {
@@ -112,18 +133,20 @@ bool ScoreVarianceOfB(const Pattern& Apat, std::vector<double> b, const Matrix& 
 bool VarianceOfFactor(const Pattern& Apat, std::vector<double> b, const Matrix& VarB,
                       const std::vector<FactorPlace>& places, Matrix& VarBInv) {
     const int m = static_cast<int>(b.size());
+    const std::vector<double> steps = StepsOf(Apat, b);
     Matrix D(static_cast<int>(places.size()), m);
     for (int k = 1; k <= m; ++k) {
         double& element = b[static_cast<std::size_t>(k - 1)];
+        const double step = steps[static_cast<std::size_t>(k - 1)];
         const double kept = element;
         double determinant = 0;
         Int16 flag;
-        element = kept + MLStep;
+        element = kept + step;
         const Matrix BInvPlus = BInverseAt(Apat, b, determinant, flag);
         if (flag == 1) {
             return false;
         }
-        element = kept - MLStep;
+        element = kept - step;
         const Matrix BInvMinus = BInverseAt(Apat, b, determinant, flag);
         if (flag == 1) {
             return false;
@@ -132,7 +155,7 @@ bool VarianceOfFactor(const Pattern& Apat, std::vector<double> b, const Matrix& 
         int l = 0;
         for (const FactorPlace& place : places) {
             ++l;
-            D(l, k) = (BInvPlus(place.i, place.j) - BInvMinus(place.i, place.j)) * 0.5 / MLStep;
+            D(l, k) = (BInvPlus(place.i, place.j) - BInvMinus(place.i, place.j)) * 0.5 / step;
         }
     }
     VarBInv = Sandwich(D, VarB);
@@ -145,27 +168,29 @@ bool VarianceOfCoefficients(const Pattern& Apat, std::vector<double> b, const Ma
     const int n = Apat.Size();
     Matrix DA(StructuralCoefficientCount(Apat), m);
     Matrix DC(n, m);
+    const std::vector<double> steps = StepsOf(Apat, b);
     for (int k = 1; k <= m; ++k) {
         double& element = b[static_cast<std::size_t>(k - 1)];
+        const double step = steps[static_cast<std::size_t>(k - 1)];
         const double kept = element;
         Vector plusA;
         Vector plusC;
         Vector minusA;
         Vector minusC;
-        element = kept + MLStep;
+        element = kept + step;
         if (!StructuralCoefficients(Apat, BuildB(Apat, b), plusA, plusC)) {
             return false;
         }
-        element = kept - MLStep;
+        element = kept - step;
         if (!StructuralCoefficients(Apat, BuildB(Apat, b), minusA, minusC)) {
             return false;
         }
         element = kept;
         for (int r = 1; r <= DA.Rows(); ++r) {
-            DA(r, k) = (plusA(r) - minusA(r)) * 0.5 / MLStep;
+            DA(r, k) = (plusA(r) - minusA(r)) * 0.5 / step;
         }
         for (int r = 1; r <= n; ++r) {
-            DC(r, k) = (plusC(r) - minusC(r)) * 0.5 / MLStep;
+            DC(r, k) = (plusC(r) - minusC(r)) * 0.5 / step;
         }
     }
     VA = Sandwich(DA, VarB);

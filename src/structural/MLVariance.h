@@ -10,7 +10,9 @@
 
 namespace lorvane {
 
-// The step of the central differences of the maximum likelihood variances.
+// The step of the central differences of the maximum likelihood variances, for series whose
+// errors are of the size of growth rates; an element of column j of B moves by it times the
+// inverse of the power of ten of the units of variable j (UnitPowers).
 inline constexpr double MLStep = 0.001;
 
 // B^-1 at b (B placed by the pattern) by the decimal inversion, with B's determinant. Flag 1

@@ -1,6 +1,5 @@
 #include "structural/SimplexObjectives.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -58,16 +57,14 @@ double SimplexObjectives::LogLikelihood(const std::vector<double>& b) {
             tr += S_(i, j) * M(i, j);
         }
     }
-    double determinant = 0;
+    Determinant determinant;
     Int16 flag;
     InvertMatrix(M, inverse_, determinant, n, flag);
-    if (flag == 1) {
-        determinant = 0;
-    }
-    if (determinant < DeterminantFloor) {
-        determinant = DeterminantFloor;
-    }
-    return T_ * (0.5 * std::log(determinant) + (-0.5 * tr) + c0);
+    // A singular B'B counts as a determinant of 1E-30; any other, however small in the units of
+    // the data, counts as it is.
+    const double logDeterminant =
+        flag == 0 && determinant.Sign() > 0 ? determinant.Log() : std::log(DeterminantFloor);
+    return T_ * (0.5 * logDeterminant + (-0.5 * tr) + c0);
 }
 
 double SimplexObjectives::MaximumAbsoluteDeviation(const std::vector<double>& b) const {
@@ -87,7 +84,7 @@ double SimplexObjectives::MaximumAbsoluteDeviation(const std::vector<double>& b)
 
 double SimplexObjectives::NonstructuralLogLikelihood(double DetS) {
     const double c0 = Constant();
-    return T_ * (-0.5 * Apat_.Size() - 0.5 * std::log(std::max(DetS, DeterminantFloor)) + c0);
+    return T_ * (-0.5 * Apat_.Size() - 0.5 * std::log(DetS > 0 ? DetS : DeterminantFloor) + c0);
 }
 
 double SimplexValue(SimplexObjectives& objectives, int option, const std::vector<double>& b) {

@@ -16,16 +16,16 @@ public:
     SimplexObjectives(Pattern Apat, Matrix S, Matrix SInv, double T, double& c0);
 
     // T (0.5 ln det(B'B) - 0.5 tr(S B'B) + c0). A free diagonal element at or below 0 gives
-    // -1E+30 at once. The determinant comes from the decimal inversion: 0 when B'B is singular,
-    // and never below 1E-30.
+    // -1E+30 at once. The determinant comes from the decimal inversion; a singular B'B counts as
+    // a determinant of 1E-30.
     double LogLikelihood(const std::vector<double>& b);
     // The largest absolute difference between the elements of B'B and SInv, in single precision.
     double MaximumAbsoluteDeviation(const std::vector<double>& b) const;
     // The constant -n ln sqrt(2 pi) of the log likelihood. It is computed when first needed and
     // kept; only a stored value of exactly 0 is computed again.
     double Constant();
-    // The log likelihood of the nonstructural VAR, T (-n/2 - ln(DetS)/2 + c0), with DetS below
-    // 1E-30 counting as 1E-30.
+    // The log likelihood of the nonstructural VAR, T (-n/2 - ln(DetS)/2 + c0), with a DetS that
+    // is not positive counting as 1E-30.
     double NonstructuralLogLikelihood(double DetS);
 
     const Pattern& Apat() const { return Apat_; }

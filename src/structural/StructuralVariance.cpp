@@ -5,6 +5,7 @@
 #include "estimate/FimlVariance.h"
 #include "estimate/WaldFileWriter.h"
 #include "frame/NumberText.h"
+#include "numeric/DataUnits.h"
 #include "numeric/MatrixProducts.h"
 #include "numeric/Matsubs.h"
 #include "structural/StructuralModel.h"
@@ -13,6 +14,8 @@ namespace lorvane {
 
 namespace {
 
+// The steps for series whose errors are of the size of growth rates. An element of row i of L
+// has the units of variable i, and its step moves with them (UnitPowers).
 constexpr double FirstStep = 0.00001;
 constexpr int MostStepReductions = 5;
 constexpr double ZeroStep = 0.001;
@@ -90,9 +93,15 @@ bool StructuralSystem::RightHandSides(const Matrix& L, std::vector<double>& rhs)
     if (!InverseVarianceOfU(L, inverse)) {
         return false;
     }
+    // Single precision in the units of the data: element (i, j) is rounded with its power of
+    // ten of units taken out, so that a change of units does not move where the rounding falls
+    // and the derivatives through these solves follow the units exactly.
+    const std::vector<int> units = UnitPowers(L);
     rhs.clear();
     for (const auto& [i, j] : equations_) {
-        rhs.push_back(ToSingle(inverse(i, j)));
+        const double unit = PowerOfTen(-units[static_cast<std::size_t>(i - 1)] -
+                                       units[static_cast<std::size_t>(j - 1)]);
+        rhs.push_back(ToSingle(inverse(i, j) / unit) * unit);
     }
     return true;
 }
@@ -188,6 +197,7 @@ StructuralVarianceResult ComputeStructuralVariance(const SolveAt& solve, Matrix 
     }
     Matrix DA(result.CoefA.Size(), M);
     Matrix DC(result.CoefC.Size(), M);
+    const std::vector<int> units = UnitPowers(L);
     int e = 0;
     for (int i = 1; i <= k; ++i) {
         for (int j = 1; j <= i; ++j) {
@@ -196,7 +206,7 @@ StructuralVarianceResult ComputeStructuralVariance(const SolveAt& solve, Matrix 
                 progress(CInt(100.0 * e / M));
             }
             const double v = L(i, j);
-            double h = FirstStep;
+            double h = FirstStep * PowerOfTen(units[static_cast<std::size_t>(i - 1)]);
             int retries = 0;
             bool singular = false;
             Vector plusA;
@@ -246,24 +256,26 @@ double TestMomentZeros(const StructuralSystem& system, Matrix L, const Matrix& W
         return 0;
     }
     Matrix G(zeros, FreeElementCount(k));
+    const std::vector<int> units = UnitPowers(L);
     int c = 0;
     for (int i = 1; i <= k; ++i) {
         for (int j = 1; j <= i; ++j) {
             ++c;
+            const double h = ZeroStep * PowerOfTen(units[static_cast<std::size_t>(i - 1)]);
             const double v = L(i, j);
-            L(i, j) = v + ZeroStep;
+            L(i, j) = v + h;
             const Vector plus = system.MomentZeros(L, ok);
             if (ok == 0) {
                 return 0;
             }
-            L(i, j) = v - ZeroStep;
+            L(i, j) = v - h;
             const Vector minus = system.MomentZeros(L, ok);
             if (ok == 0) {
                 return 0;
             }
             L(i, j) = v;
             for (int r = 1; r <= zeros; ++r) {
-                G(r, c) = (plus(r) - minus(r)) / (2 * ZeroStep);
+                G(r, c) = (plus(r) - minus(r)) / (2 * h);
             }
         }
     }

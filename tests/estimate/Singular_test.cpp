@@ -80,19 +80,20 @@ TEST_F(SingularPaths, TwoEquationsWithTheSameResidualsLeaveSigmaUndecomposable) 
     EXPECT_FALSE(Exists("VARL.TMP"));
 }
 
-TEST_F(SingularPaths, ATinyVariableMakesLSingularForSurAndFiml) {
-    // c is a million millionth of the size of the others and enters no equation: OLS and
-    // Sigma go through, but L(1,1) is below the pivot tolerance of the inversion.
-    std::vector<double> tiny(Length);
-    for (std::size_t t = 0; t < tiny.size(); ++t) {
-        tiny[t] = simulated[2][t] * 1e-12;
+TEST_F(SingularPaths, ANearCopyMakesTheSurMomentsAndLSingular) {
+    // c is a plus a millionth of b's noise: OLS and Sigma go through, but the weighted moments of
+    // SUR and the L of FIML fall below the pivot tolerance of the inversion. A change of units
+    // would not help here, the near copy is in the data.
+    std::vector<double> near(Length);
+    for (std::size_t t = 0; t < near.size(); ++t) {
+        near[t] = simulated[0][t] + 1e-6 * simulated[2][t];
     }
-    Walk({tiny, simulated[0], simulated[1]}, {{1, 1}, {2, 1}, {3, 1}});
+    Walk({simulated[0], simulated[1], near}, {{2, 1}});
     Press("Command3");
     const std::string wald = File("WALDT.TMP");
     const std::string files = File("VARL.TMP") + File("VARB.TMP") + wald;
 
-    EXPECT_EQ(Press("Command4"), "Matrix L is singular\r\n"
+    EXPECT_EQ(Press("Command4"), "Singular X'X matrix in procedure SUR at call 1\r\n"
                                  "SUR estimation is not possible, due to singularity. \r\n"
                                  "OLS results will be used.\r\n\r\n");
     EXPECT_EQ(control("Label0").Caption, " Incomplete SUR estimation results:");
@@ -109,37 +110,9 @@ TEST_F(SingularPaths, ATinyVariableMakesLSingularForSurAndFiml) {
     // The way on without a variance of L.
     const std::string results = control("Text1").Caption;
     module().Click("VARSUR", "Command1");
-    EXPECT_EQ(File("OUTPUT.TXT"), "OLS-SUR estimation of a nonstructural VAR model:\r\n" +
-                                      module().ModelText + "\r\n" + results + "\r\n");
+    EXPECT_TRUE(File("OUTPUT.TXT")
+                    .ends_with("OLS-SUR estimation of a nonstructural VAR model:\r\n" +
+                               module().ModelText + "\r\n" + results + "\r\n"));
     EXPECT_EQ(Ctl(module(), "VWaldT2", "Label0").Caption,
               " Tests of joint significance (Nonstructural VAR model estimated by OLS or SUR)");
-}
-
-TEST_F(SingularPaths, LargeDataMakeTheSurMomentsAndTheScoresSingular) {
-    // In units of a million the intercept's moments fall below the pivot tolerance once they
-    // are weighted with the inverse of Sigma, and so do the outer products of the scores.
-    const auto large = SimulatedVar(Length, 1e6);
-    Walk(large, {{2, 1}});
-    Press("Command3");
-    EXPECT_EQ(Press("Command4"), "Singular X'X matrix in procedure SUR at call 1\r\n"
-                                 "SUR estimation is not possible, due to singularity. \r\n"
-                                 "OLS results will be used.\r\n\r\n");
-    EXPECT_EQ(Press("Command5"), "Variance matrix of the nonzero elements of L is singular. The "
-                                 "last results will be used.\r\n");
-    EXPECT_EQ(File("ROUTE.TMP"), "\"NSVARSUR\"\r\n");
-    EXPECT_TRUE(control("Command1").Enabled);
-}
-
-TEST(ExactFit, TheStandardErrorOfAnExactFitIsARunTimeError) {
-    // Four observations, VAR(1): T = 3 equals the three coefficients of each equation.
-    TestModule test;
-    WalkCsvToVARSUR(test, "a,b\n1,2\n2,1\n4,5\n3,3\n", {0, 1}, 1);
-    Module& module = test.module();
-    ASSERT_EQ(module.CurrentScreen, "VARSUR");
-    module.Click("VARSUR", "Command3");
-    ASSERT_TRUE(module.Ended());
-    ASSERT_TRUE(module.Failure().has_value());
-    EXPECT_TRUE(module.Failure()->Number() == DivisionByZero ||
-                module.Failure()->Number() == Overflow)
-        << module.Failure()->Number();
 }

@@ -389,3 +389,52 @@ TEST(Decimal, TryFormsSkipInsteadOfRaising) {
                                          D("-4.3333333333333333333333333336"), kMax,
                                          D("-3.1666666666666666666666666667")}));
 }
+
+TEST(Decimal, MovingThePointIsExact) {
+    // The fifteen digits of the double, the point moved: none is lost to scale 28 on the way.
+    EXPECT_EQ(Decimal::FromDouble(1.23456789012345e-20, 25).ToText(), "123456.789012345");
+    EXPECT_EQ(Decimal::FromDouble(-2.5e-40, 40).ToText(), "-2.5");
+    EXPECT_EQ(Decimal::FromDouble(1.0 / 3.0, -3).ToText(), "0.000333333333333333");
+    EXPECT_EQ(Decimal::FromDouble(6.02214076e23, -23).ToText(), "6.02214076");
+    EXPECT_EQ(Decimal::FromDouble(7.9, 28).ToText(), "79000000000000000000000000000");
+    EXPECT_TRUE(Decimal::FromDouble(0.0, 7).IsZero());
+    // Digits moved beyond scale 28 are rounded half to even, and the range still ends.
+    EXPECT_EQ(Decimal::FromDouble(1.5, -28).ToText(), "0.0000000000000000000000000002");
+    EXPECT_EQ(Decimal::FromDouble(2.5, -28).ToText(), "0.0000000000000000000000000002");
+    EXPECT_TRUE(Decimal::FromDouble(4.0, -29).IsZero());
+    EXPECT_EQ(ErrorNumberOf([] { Decimal::FromDouble(8.0, 28); }), lorvane::Overflow);
+    EXPECT_EQ(ErrorNumberOf([] { Decimal::FromDouble(1.0, 400); }), lorvane::Overflow);
+    EXPECT_EQ(ErrorNumberOf([] { Decimal::FromDouble(std::nan(""), 1); }), lorvane::Overflow);
+
+    // The digits are those of FromDouble, ties of the sixteenth digit included: a move of three
+    // places is a multiplication by 1000, which is exact here.
+    std::uint64_t state = 77;
+    for (int k = 0; k < 2000; ++k) {
+        state = state * 6364136223846793005ULL + 1442695040888963407ULL;
+        const double unit = static_cast<double>(state >> 11) / 9007199254740992.0;
+        const double x = (k % 2 == 0 ? 1 : -1) * (1 + 9 * unit) * std::pow(10.0, k % 21 - 10);
+        EXPECT_EQ(Decimal::FromDouble(x, 3), Decimal::FromDouble(x) * D("1000")) << x;
+        EXPECT_EQ(Decimal::FromDouble(x, 0).ToText(), Decimal::FromDouble(x).ToText()) << x;
+    }
+    EXPECT_EQ(Decimal::FromDouble(1000000000000005.0, -1).ToText(), "100000000000000");
+}
+
+TEST(Decimal, BackToDoublesWithAPowerOfTen) {
+    EXPECT_EQ(D("123.456").ToDouble(3), 123456.0);
+    EXPECT_EQ(D("0.3").ToDouble(-1), 0.03);
+    EXPECT_EQ(D("-7").ToDouble(-310), -7e-310);
+    EXPECT_EQ(D("1").ToDouble(-400), 0.0);
+    EXPECT_EQ(D("-1").ToDouble(400), -HUGE_VAL);
+    EXPECT_EQ(D("0.0000000000000000000000000001").ToDouble(0),
+              D("0.0000000000000000000000000001").ToDouble());
+    EXPECT_EQ(Decimal().ToDouble(5), 0.0);
+
+    EXPECT_EQ(D("0.00123").LeadingPower(), -3);
+    EXPECT_EQ(D("-99.5").LeadingPower(), 1);
+    EXPECT_EQ(D("0.00123").Normalized(), D("1.23"));
+    EXPECT_EQ(D("-99.5").Normalized(), D("-9.95"));
+    EXPECT_EQ(kMax.Normalized().ToText(), "7.9228162514264337593543950335");
+    EXPECT_EQ(kMax.LeadingPower(), 28);
+    EXPECT_EQ(D("0.0000000000000000000000000001").LeadingPower(), -28);
+    EXPECT_TRUE(Decimal().Normalized().IsZero());
+}

@@ -67,9 +67,12 @@ TEST_F(TwoByTwo, LogLikelihoodAndItsGuards) {
     // A free diagonal element at or below zero rules the point out.
     EXPECT_EQ(objectives.LogLikelihood({0, 1}), -1E+30);
     EXPECT_EQ(objectives.LogLikelihood({0.5, -1}), -1E+30);
-    // A determinant below 1E-30 counts as 1E-30.
+    // A tiny determinant counts as it is, whatever the units; only a singular B'B (here b(1)
+    // squared underflows to 0) counts as 1E-30.
     EXPECT_NEAR(objectives.LogLikelihood({1E-20, 1}),
-                10 * (0.5 * std::log(1E-30) - 0.5 * (4E-40 + 1) + constant), 1e-9);
+                10 * (0.5 * std::log(1E-40) - 0.5 * (4E-40 + 1) + constant), 1e-9);
+    EXPECT_NEAR(objectives.LogLikelihood({1E-200, 1}),
+                10 * (0.5 * std::log(1E-30) - 0.5 + constant), 1e-9);
 }
 
 TEST_F(TwoByTwo, MaximumAbsoluteDeviationInSinglePrecision) {
