@@ -1,5 +1,6 @@
 #include "data/CsvImport.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <fstream>
@@ -203,23 +204,6 @@ int DataTypeOfPeriods(int periodsPerYear) {
     }
 }
 
-std::string FrequencyText(const ImportedData& data) {
-    switch (data.DataType) {
-    case 0:
-        return "undated";
-    case 1:
-        return "annual";
-    default:
-        if (data.PeriodsPerYear == 4) {
-            return "quarterly";
-        }
-        if (data.PeriodsPerYear == 12) {
-            return "monthly";
-        }
-        return std::to_string(data.PeriodsPerYear) + " periods a year";
-    }
-}
-
 // The header, dates and options settle the calendar of the data.
 void SettleCalendar(ImportedData& data, const std::optional<CsvDate>& firstDate,
                     const ImportOptions& options) {
@@ -272,7 +256,60 @@ void SettleCalendar(ImportedData& data, const std::optional<CsvDate>& firstDate,
     }
 }
 
+// The code that marks a missing value in the module: 0 there means that none is missing, and
+// the module then marks them with the default code.
+double EffectiveMissingCode(double code) {
+    return code == 0 ? DefaultMissingCode : code;
+}
+
+// Decision: undated data are a series, as the module takes them; a missing value between the
+// first and the last value of a variable would enter the regressions as a number, so it is
+// refused (cross-section data, which may have such gaps, are asked for by an option).
+void RefuseGaps(const ImportedData& data, const std::vector<Row>& rows, int firstVariable) {
+    const std::size_t observations = rows.size() - 1;
+    std::vector<std::size_t> firstValid(data.Columns.size(), observations);
+    std::vector<std::size_t> lastValid(data.Columns.size(), 0);
+    for (std::size_t j = 0; j < data.Columns.size(); ++j) {
+        for (std::size_t t = 0; t < observations; ++t) {
+            if (data.Columns[j][t] != data.MissingCode) {
+                firstValid[j] = std::min(firstValid[j], t);
+                lastValid[j] = t;
+            }
+        }
+    }
+    for (std::size_t t = 0; t < observations; ++t) {
+        for (std::size_t j = 0; j < data.Columns.size(); ++j) {
+            if (data.Columns[j][t] == data.MissingCode && t > firstValid[j] && t < lastValid[j]) {
+                const int column = static_cast<int>(j) + firstVariable;
+                const Field& cell = rows[t + 1].Fields[static_cast<std::size_t>(column - 1)];
+                throw ImportError(cell.Line, column,
+                                  "a missing value in " + Quoted(data.Names[j]) +
+                                      " between its first and last values: data without dates "
+                                      "are a series without gaps (give the dates, or "
+                                      "--cross-section for cross-section data)");
+            }
+        }
+    }
+}
+
 } // namespace
+
+std::string FrequencyText(const ImportedData& data) {
+    switch (data.DataType) {
+    case 0:
+        return "undated";
+    case 1:
+        return "annual";
+    default:
+        if (data.PeriodsPerYear == 4) {
+            return "quarterly";
+        }
+        if (data.PeriodsPerYear == 12) {
+            return "monthly";
+        }
+        return std::to_string(data.PeriodsPerYear) + " periods a year";
+    }
+}
 
 ImportError::ImportError(int line, int column, const std::string& message)
     : std::runtime_error(PlaceText(line, column) + message), line_(line), column_(column),
@@ -449,12 +486,21 @@ ImportedData ParseCsv(std::string_view text, const ImportOptions& options) {
                                   Quoted(trimmed) + " in " + Quoted(data.Names[j]) +
                                       " is not a number (a missing value is an empty cell, "
                                       "NA or .)");
+            } else if (value == EffectiveMissingCode(data.MissingCode)) {
+                // Decision: a real value is never taken for a missing one.
+                throw ImportError(cell.Line, c,
+                                  Quoted(trimmed) + " in " + Quoted(data.Names[j]) +
+                                      " equals the missing-value code, which would make it a "
+                                      "missing value; choose another code with --missing-code");
             }
             data.Columns[j][r - 1] = value;
         }
     }
 
     SettleCalendar(data, firstDate, options);
+    if (data.DataType == 0 && !options.CrossSection && data.MissingValues > 0) {
+        RefuseGaps(data, rows, firstVariable);
+    }
     data.Description = options.Description.value_or("");
     if (data.Description.size() > MaxDescriptionLength) {
         throw ImportError(0, 0,
@@ -568,6 +614,10 @@ Arguments ParseArguments(const std::vector<std::string>& arguments) {
             parsed.Options.Dates = ImportOptions::DateColumn::No;
             continue;
         }
+        if (option == "--cross-section") {
+            parsed.Options.CrossSection = true;
+            continue;
+        }
         std::optional<std::string> value;
         if (const std::size_t equals = option.find('='); equals != std::string::npos) {
             value = option.substr(equals + 1);
@@ -665,7 +715,10 @@ An optional first column of dates sets the calendar:
                      as dates only when its heading is empty or one of date, dates,
                      year, years, obs, period, time (or with --dates)
 The dates must follow one another without gaps. Without dates the data are undated
-(data type 0) and numbered from 1.
+(data type 0) and numbered from 1; they are a series as well, so a missing value between
+the first and the last value of a variable is refused, unless --cross-section says that
+the observations are the units of a cross-section. A value equal to the missing-value
+code is refused in any data.
 
 Options (they override what the dates say):
   --type N           data type: 0 undated, 1 annual, 2 to 4 several periods a year
@@ -679,6 +732,8 @@ Options (they override what the dates say):
                      0 means "no missing values" and is refused when some are missing
   --dates            the first column holds dates
   --no-dates         the first column is a variable, even when it looks like dates
+  --cross-section    undated data are a cross-section: missing values may stand
+                     anywhere
   -h, --help         this text
 
 Exit codes: 0 done; 1 the data were refused (the message names line and column);

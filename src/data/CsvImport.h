@@ -23,6 +23,9 @@ struct ImportOptions {
     std::optional<std::string> Description;
     double MissingCode = DefaultMissingCode;
     DateColumn Dates = DateColumn::Detect;
+    // Undated observations are units of a cross-section, where a missing value may stand
+    // anywhere; otherwise undated data are a series without gaps.
+    bool CrossSection = false;
 };
 
 // A data set as INPUT1.RAN and INPUT2.RAN hold it. Columns[j - 1][t - 1] is the value of
@@ -65,7 +68,9 @@ inline constexpr std::size_t MaxNameLength = Input2RecordLength;
 inline constexpr std::size_t MaxDescriptionLength = Input2RecordLength * Input2DescriptionRecords;
 
 // Reads CSV text: a first line of names, then one line per observation, with an optional
-// first column of dates. Throws ImportError naming the line and column of the first problem.
+// first column of dates. Throws ImportError naming the line and column of the first problem;
+// a value equal to the missing-value code is one, and so is, in undated data that are not a
+// cross-section, a missing value between the first and the last value of a variable.
 ImportedData ParseCsv(std::string_view text, const ImportOptions& options);
 
 // A date of the first column: the year, the period within the year and the periods per year
@@ -76,6 +81,9 @@ struct CsvDate {
     int PeriodsPerYear = 1;
 };
 std::optional<CsvDate> ParseCsvDate(std::string_view text);
+
+// The calendar in words: "undated", "annual", "quarterly", "monthly" or "N periods a year".
+std::string FrequencyText(const ImportedData& data);
 
 // Writes dataFolder/LORVANE.DAT/INPUT1.RAN and INPUT2.RAN (creating the folders). Both are
 // first written to temporary files beside them and renamed at the end, so that a failure

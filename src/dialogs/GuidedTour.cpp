@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "dialogs/LaunchPage.h"
 #include "frame/Decoration.h"
 #include "frame/DrivePaths.h"
 #include "frame/Module.h"
@@ -118,11 +119,8 @@ void GuidedTour::TakeTour() {
             module.boxes().MessageBoxShort("Lorvane could not launch a web browser!", 0,
                                            module.ModuleCaption);
         }
-    } else if (!processes.open(OfflinePage())) {
-        module.boxes().MessageBoxShort(
-            "Lorvane had a problem running your web browser. You should check that "
-            "your browser is correctly installed.",
-            0, "Browser Unavailable");
+    } else {
+        LaunchPage(module, OfflinePage());
     }
     (*this)("Command3").Caption = "Cancel";
     (*this)("Command2").Caption = "Oops";

@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::size_t EstimateWidth = 15;
 constexpr std::size_t TValueWidth = 10;
-constexpr std::size_t StatisticLabelWidth = 31;
 constexpr const char* CRLF = "\r\n";
 
 std::string LeftAligned(const std::string& text, std::size_t width) {
@@ -27,8 +26,9 @@ std::string CoefficientLabel(int i, int c, const std::string& name) {
     return "x(" + Trim(NumberToText(i)) + "," + Trim(NumberToText(c)) + ") = " + name;
 }
 
+// Decision: the label fills the name column, so that the number ends under the estimates.
 std::string Statistic(const std::string& label, const std::string& number) {
-    return LeftAligned(label, StatisticLabelWidth) + RightAligned(number, EstimateWidth) + CRLF;
+    return LeftAligned(label, NameColumnWidth) + RightAligned(number, EstimateWidth) + CRLF;
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "frame/OutputLog.h"
+#include "frame/RuntimeError.h"
 #include "numeric/Matsubs.h"
 #include "platform/EventPump.h"
 
@@ -111,6 +112,57 @@ void VARSUR::ReactToSingularity() {
     View().AppendLine(SingularSystem);
 }
 
+bool VARSUR::ReportableEstimates(const RegressionLayout& layout, double T,
+                                 const Estimates& estimates) {
+    // Decision: a sample too short for the model, or a variance that rounding has left without
+    // a positive diagonal, ends in words of the screen and leaves the user here to respecify,
+    // rather than in a run-time error of the report's square roots and divisions.
+    int q = 0;
+    for (int i = 1; i <= layout.k; ++i) {
+        if (T <= layout.Count(i)) {
+            const std::string text = "Too few observations: equation" + NumberToText(i) + " has" +
+                                     NumberToText(layout.Count(i)) +
+                                     " coefficients and T =" + NumberToText(T) +
+                                     ". Respecify the VAR model.";
+            (*this)("Label0").Caption = " " + text;
+            View().AppendLine(text);
+            return false;
+        }
+        for (int c = 1; c <= layout.Count(i); ++c) {
+            ++q;
+            if (!(estimates.V(q, q) > 0)) {
+                View().AppendLine("Nonpositive define variance matrix in procedure OLS (Equation" +
+                                  NumberToText(i) + ")");
+                ReactToSingularity();
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+bool VARSUR::DecomposeSigma(const Matrix& Sigma, Matrix& L, Int16 k) {
+    Int16 flag = 0;
+    try {
+        LLDecomposition(Sigma, L, k, flag, module.boxes(), module.ModuleCaption);
+    } catch (const RuntimeError& error) {
+        // Decision: a negative pivot, an error variance that rounding has left indefinite in a
+        // short sample, fails as a zero pivot does instead of ending the module.
+        if (error.Number() != InvalidProcedureCall) {
+            throw;
+        }
+        flag = 1;
+    }
+    return flag == 0;
+}
+
+void VARSUR::ForgetVarianceOfL() {
+    // Decision: every OLS and SUR round writes WALDT.TMP anew without the elements of L, so the
+    // variance of L of an earlier FIML, and the route word that says so, go with it.
+    (*this)("Text6").Caption = "0";
+    WriteRoute(module, RouteOlsSur);
+}
+
 void VARSUR::Click(Control& control) {
     const std::string& name = control.Name;
     if (name == "Command3") {
@@ -140,12 +192,16 @@ void VARSUR::RunOLS() {
         (*this)("Command1").Enabled = false;
         return;
     }
+    const RegressionLayout layout = RegressionReader(module).Layout();
+    if (!ReportableEstimates(layout, T, estimates)) {
+        (*this)("Command1").Enabled = false;
+        return;
+    }
     (*this)("Label0").Caption = " OLS estimation results";
-    ReportEstimates(view, RegressionReader(module).Layout(), T, estimates, 1, round_);
+    ReportEstimates(view, layout, T, estimates, 1, round_);
+    ForgetVarianceOfL();
     Matrix L;
-    Int16 flag;
-    LLDecomposition(estimates.Sigma, L, k, flag, module.boxes(), module.ModuleCaption);
-    if (flag == 1) {
+    if (!DecomposeSigma(estimates.Sigma, L, k)) {
         ReactToSingularity();
         (*this)("Command1").Enabled = false;
         return;
@@ -191,14 +247,13 @@ void VARSUR::RunSUR() {
         return;
     }
     Matrix L;
-    Int16 flag;
-    LLDecomposition(estimates.Sigma, L, k, flag, module.boxes(), module.ModuleCaption);
-    if (flag == 1) {
+    if (!DecomposeSigma(estimates.Sigma, L, k)) {
         view.AppendLine("Error variance is near-singular. OLS results will be used.");
         EndIncompleteSUR();
         return;
     }
     ReportEstimates(view, RegressionReader(module).Layout(), T, estimates, 0, round_);
+    ForgetVarianceOfL();
     WriteLFiles(view, L, k);
     view.Append("\r\nMaximum absolute difference of the elements of the matrix L with\r\n"
                 "the corresponding elements of the previous matrix L: " +
@@ -251,6 +306,10 @@ void VARSUR::RunFIML() {
 void VARSUR::Continue() {
     const bool maximumLikelihood = Val((*this)("Text6").Caption) != 0;
     WriteRoute(module, maximumLikelihood ? RouteMaximumLikelihood : RouteOlsSur);
+    // Decision: a log section opens when the estimation is accepted: the session header, the
+    // description of the data and the model that the screens before collected, then the
+    // estimation. The sections that follow open with a header of their own.
+    OpenLogSection(module);
     AppendToLog(module, maximumLikelihood ? "FIML estimation of a nonstructural VAR model:"
                                           : "OLS-SUR estimation of a nonstructural VAR model:");
     AppendToLog(module, module.ModelText);

@@ -2,10 +2,13 @@
 
 #include "frame/Int16.h"
 #include "frame/Screen.h"
+#include "numeric/Matrix.h"
 
 namespace lorvane {
 
 class EstimationView;
+struct Estimates;
+struct RegressionLayout;
 
 // The estimation screen: OLS first, then SUR rounds while zeros restrict the VAR, then the
 // variance of L by FIML; the order is kept by enabling the buttons. Continue logs the results
@@ -36,6 +39,14 @@ private:
     // A SUR round that failed: OLS (or the last good round) stays in force, FIML may follow.
     void EndIncompleteSUR();
     void EndFailedFIML(const std::string& message);
+    // False, with the reason in the results, when OLS estimates cannot be reported: an equation
+    // with no more observations than coefficients, or a coefficient without a positive variance.
+    bool ReportableEstimates(const RegressionLayout& layout, double T, const Estimates& estimates);
+    // Sigma = LL'; false when Sigma is not positive definite (the message of a zero pivot is
+    // shown by the decomposition).
+    bool DecomposeSigma(const Matrix& Sigma, Matrix& L, Int16 k);
+    // After a round that rewrote WALDT.TMP without L: no variance of L is in force.
+    void ForgetVarianceOfL();
 
     // The SUR rounds reported so far.
     Int16 round_;

@@ -36,7 +36,7 @@ void VWaldT2::Click(Control& control) {
     } else if (name == "Command3") {
         module.GoToScreen("VWaldT2");
     } else if (name == "Command5") {
-        OpenLogSession(module, module.platform().clock);
+        OpenLogSection(module);
         AppendToLog(module, "Model will be respecified!");
         module.StartAgain();
     }

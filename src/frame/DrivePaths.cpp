@@ -16,6 +16,14 @@ std::string DriveLetterPart(std::string_view folder) {
     return HasDriveLetter(folder) ? std::string(1, folder[0]) + ":" : std::string();
 }
 
+// The folder without its trailing separator, unless it is the separator alone.
+std::string WithoutTrailingSeparator(std::string folder, char separator) {
+    if (folder.size() > 1 && folder.back() == separator) {
+        folder.pop_back();
+    }
+    return folder;
+}
+
 } // namespace
 
 std::string StripQuotes(std::string_view text, int quoteAgain) {
@@ -40,10 +48,7 @@ StartFolderChoice ChooseStartFolder(std::string_view executableFolder,
                                     std::optional<std::string> sysLine, PathStyle style) {
     StartFolderChoice choice;
     const char separator = style == PathStyle::Windows ? '\\' : '/';
-    choice.Folder = Trim(executableFolder);
-    if (choice.Folder.size() > 1 && choice.Folder.back() == separator) {
-        choice.Folder.pop_back();
-    }
+    choice.Folder = WithoutTrailingSeparator(Trim(executableFolder), separator);
     choice.Drive = style == PathStyle::Windows ? choice.Folder.substr(0, 2) : std::string();
     if (!sysLine) {
         return choice;
@@ -64,6 +69,8 @@ StartFolderChoice ChooseStartFolder(std::string_view executableFolder,
     if (style == PathStyle::Posix) {
         std::replace(path.begin(), path.end(), '\\', '/');
     }
+    // Decision: "C:\LORVANE\" names the same folder as "C:\LORVANE".
+    path = WithoutTrailingSeparator(path, separator);
     if (UpperCase(path) != UpperCase(choice.Folder)) {
         choice.TestRun = 1;
         choice.Folder = path;

@@ -1,9 +1,12 @@
 #include "frame/OutputLog.h"
 
+#include <fstream>
+#include <limits>
 #include <string>
 #include <system_error>
 
 #include "frame/DateText.h"
+#include "frame/Module.h"
 #include "frame/RuntimeError.h"
 #include "frame/TextFile.h"
 #include "platform/Clock.h"
@@ -13,6 +16,18 @@ namespace lorvane {
 namespace {
 
 constexpr std::string_view Rule = "----------------------------------------------";
+
+// The number of lines of a file, counted up to limit: the lines are skipped, never kept, so a
+// log of any length costs no memory. A file that cannot be read has no lines.
+std::size_t CountLines(const std::filesystem::path& file, std::size_t limit) {
+    std::ifstream in(file, std::ios::binary);
+    std::size_t count = 0;
+    while (count < limit && in.peek() != std::ifstream::traits_type::eof()) {
+        in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+        ++count;
+    }
+    return count;
+}
 
 } // namespace
 
@@ -24,7 +39,7 @@ void OpenLogSession(const Workspace& workspace, const Clock& clock) {
     const std::filesystem::path log = workspace.DataFile("OUTPUT.TXT");
     try {
         TextOutput(log, TextOutput::Mode::Append).Close();
-        const bool empty = ReadLines(log, 10).empty();
+        const bool empty = CountLines(log, 10) == 0;
         std::string title = "Lorvane International";
         const std::string built = CompileDateText(workspace);
         if (!built.empty()) {
@@ -42,6 +57,14 @@ void OpenLogSession(const Workspace& workspace, const Clock& clock) {
         out.Close();
     } catch (const RuntimeError&) {
         // The session header is a courtesy; a log that cannot be written shows up later.
+    }
+}
+
+void OpenLogSection(Module& module) {
+    OpenLogSession(module, module.platform().clock);
+    if (!module.ResultText.empty()) {
+        AppendToLog(module, module.ResultText);
+        module.ResultText.clear();
     }
 }
 

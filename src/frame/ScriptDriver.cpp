@@ -217,17 +217,33 @@ void ScriptDriver::EnsureStarted() {
     if (!started_) {
         started_ = true;
         module_.Run(start_);
+        // A start that a guard ended wrote no ACTIVEMODULE.TXT: one there belongs to another run.
+        running_ = !module_.Ended();
     }
 }
 
 int ScriptDriver::Run(std::istream& script) {
+    const int code = RunLines(script);
+    // Decision: however the script ends, the work folder stays usable for the next start.
+    if (running_) {
+        module_.RemoveActiveModule();
+    }
+    return code;
+}
+
+int ScriptDriver::RunLines(std::istream& script) {
     std::vector<Line> lines;
     std::string text;
     for (int number = 1; std::getline(script, text); ++number) {
         if (!text.empty() && text.back() == '\r') {
             text.pop_back();
         }
-        const std::string trimmed = Trim(text);
+        // Blanks and tabs both separate words: a line of white space is empty.
+        const std::size_t first = text.find_first_not_of(" \t");
+        const std::string trimmed =
+            first == std::string::npos
+                ? std::string()
+                : text.substr(first, text.find_last_not_of(" \t") - first + 1);
         if (trimmed.empty() || trimmed.front() == '#') {
             continue;
         }
@@ -289,7 +305,6 @@ int ScriptDriver::Run(std::istream& script) {
     if (dialogs_.HasPendingAnswers()) {
         errors_ << "note: answers were queued that no box asked for\n";
     }
-    module_.RemoveActiveModule();
     return Done;
 }
 

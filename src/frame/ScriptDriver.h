@@ -25,6 +25,8 @@ public:
                  std::function<bool(const std::string&)> screenshot = {});
 
     void SetTrace(bool trace) { trace_ = trace; }
+    // Runs the script and gives its exit code. Whatever the code, ACTIVEMODULE.TXT is removed
+    // when this run's start wrote it.
     int Run(std::istream& script);
 
     struct Line {
@@ -35,6 +37,7 @@ public:
     };
 
 private:
+    int RunLines(std::istream& script);
     int Perform(const Line& line);
     int Fail(int code, const Line& line, const std::string& message);
     void EnsureStarted();
@@ -47,6 +50,8 @@ private:
     std::function<bool(const std::string&)> screenshot_;
     bool trace_ = false;
     bool started_ = false;
+    // The start went through: the module runs and has written ACTIVEMODULE.TXT.
+    bool running_ = false;
 };
 
 } // namespace lorvane

@@ -30,6 +30,10 @@ std::optional<double> ParseNumberText(std::string_view text) {
     }
     if (const std::size_t mark = comma != std::string::npos ? comma : point;
         mark != std::string::npos) {
+        // Decision: a second decimal mark makes the text invalid ("1.2.3" is no 0.0123).
+        if (mantissa.find(mantissa[mark], mark + 1) != std::string::npos) {
+            return std::nullopt;
+        }
         exponent -= static_cast<int>(Trim(mantissa.substr(mark + 1)).size());
         mantissa.erase(mark, 1);
     }

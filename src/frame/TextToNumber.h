@@ -8,7 +8,7 @@ namespace lorvane {
 
 class Module;
 
-// The locale-proof reading of a number: digits, "E", "+", "-" and one of "," or "." as the
+// The locale-proof reading of a number: digits, "E", "+", "-" and one "," or one "." as the
 // decimal mark. Nothing when the text is not such a number. An empty text is 0.
 std::optional<double> ParseNumberText(std::string_view text);
 

@@ -80,6 +80,7 @@ InnovationModel ReadInnovationModel(const Workspace& workspace, int n, int p, do
     // Without a successful FIML the file ends with the coefficients' variance: L then comes
     // from VARL.TMP, and its variance, unknown, adds nothing to the standard errors.
     const bool lInFile = names > static_cast<int>(isLag.size());
+    model.VarianceOfL = lInFile;
     const int lColumns = lInFile ? model.NL.Value() : 0;
     model.L.Resize(n, n);
     TextInput lFile(workspace.DataFile("VARL.TMP"));

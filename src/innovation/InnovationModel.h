@@ -48,6 +48,8 @@ struct InnovationModel {
     Matrix L;
     Matrix VA;
     Matrix VL;
+    // Whether WALDT.TMP holds the variance of L; without it VL is zero.
+    bool VarianceOfL = false;
 };
 
 // Reads the model of the innovation analysis: Z from VARZERO.TMP, the parameters and their

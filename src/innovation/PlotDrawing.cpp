@@ -86,9 +86,10 @@ PlotFrame DrawResponsePlot(Surface& surface, const ResponsePlot& plot) {
     }
 
     // The bands: dots at one and two standard errors on either side; a dot outside the frame
-    // is left out rather than pressed against its edge.
+    // is left out rather than pressed against its edge. An impact without a known uncertainty
+    // has no band.
     surface.setDrawWidth(HeavyWidth);
-    for (int h = 0; h <= H; ++h) {
+    for (int h = plot.ImpactBand ? 0 : 1; h <= H; ++h) {
         const auto i = static_cast<std::size_t>(h);
         for (int k = 1; k <= 2; ++k) {
             for (const double y : {plot.Psi[i] + k * plot.SE[i], plot.Psi[i] - k * plot.SE[i]}) {

@@ -33,10 +33,11 @@ struct PlotFrame {
     double Bottom = 0;
 };
 
-// Draws the response with its one and two standard error bands (as dots) on a cleared
-// surface: the frame, the response as a line, the dashed zero line with a tick at every
-// horizon, the value labels at the left, the horizon labels and the title below the frame.
-// A response whose variable never moves (M = 0) has no vertical range: division by zero.
+// Draws the response with its one and two standard error bands (as dots, at the impact only
+// when the plot says so) on a cleared surface: the frame, the response as a line, the dashed
+// zero line with a tick at every horizon, the value labels at the left, the horizon labels and
+// the title below the frame. A response whose variable never moves (M = 0) has no vertical
+// range: division by zero.
 PlotFrame DrawResponsePlot(Surface& surface, const ResponsePlot& plot);
 
 // The horizon under a horizontal position x: H times the part of the frame's width left of x,

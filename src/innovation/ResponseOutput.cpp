@@ -27,7 +27,7 @@ std::string ResponseTitle(const std::string& variable, const std::string& innova
 }
 
 std::string ResponseReport(const Responses& psi, const Responses& se,
-                           const std::vector<std::string>& names,
+                           const std::vector<std::string>& names, bool varianceOfL,
                            const std::function<void()>& line) {
     const int n = psi.Size();
     const int H = psi.Horizon();
@@ -35,6 +35,9 @@ std::string ResponseReport(const Responses& psi, const Responses& se,
         "The standard errors of the innovation responses are computed according to\r\n"
         "the method of Richard T. Baillie (1987), Inference in Dynamic Models\r\n"
         "Containing 'Surprise' Variables, Journal of Econometrics 35, 101-117.\r\n";
+    if (!varianceOfL) {
+        report += std::string(WithoutVarianceOfL) + "\r\n";
+    }
     for (int i = 1; i <= n; ++i) {
         for (int j = 1; j <= n; ++j) {
             report += ResponseTitle(names[static_cast<std::size_t>(i - 1)],

@@ -18,10 +18,16 @@ std::string ResponseName(std::string_view name);
 // "Response of " + name i + " to a unit shock in " + name j.
 std::string ResponseTitle(const std::string& variable, const std::string& innovation);
 
-// The report of the responses and their standard errors; lines end in CR LF. line runs after
+// Decision: without a variance of L the standard errors come from the coefficients alone, and
+// the report and the plots say so in these words.
+inline constexpr const char* WithoutVarianceOfL =
+    "The uncertainty of the estimate of L is not included: no FIML variance of L is available.";
+
+// The report of the responses and their standard errors; lines end in CR LF. Without a
+// variance of L (varianceOfL false) the note above follows the reference. line runs after
 // each horizon's line.
 std::string ResponseReport(const Responses& psi, const Responses& se,
-                           const std::vector<std::string>& names,
+                           const std::vector<std::string>& names, bool varianceOfL,
                            const std::function<void()>& line = {});
 
 // VARIR2.TMP: H and n, then per response its title, the largest absolute response of the

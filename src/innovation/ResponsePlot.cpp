@@ -30,4 +30,21 @@ ResponsePlot ReadResponsePlot(const Workspace& workspace, int k) {
     return plot;
 }
 
+bool ResponsesWithVarianceOfL(const Workspace& workspace) {
+    TextInput input(workspace.DataFile("VARIR2.TMP"));
+    const int H = input.ReadWhole();
+    const int n = input.ReadWhole();
+    bool impactUncertain = false;
+    for (int block = 1; block <= n * n; ++block) {
+        input.ReadField();  // title
+        input.ReadNumber(); // M
+        for (int h = 0; h <= H; ++h) {
+            input.ReadNumber();
+            const double se = input.ReadNumber();
+            impactUncertain = impactUncertain || (h == 0 && se != 0);
+        }
+    }
+    return impactUncertain;
+}
+
 } // namespace lorvane

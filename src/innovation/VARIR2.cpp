@@ -185,7 +185,7 @@ void VARIR2::Start() {
     Pause();
     WriteResponseFile(module, psi, se, maxResponse, names);
     WriteDecompositionFile(module, DecompositionLines(DecompositionShares(psi), names));
-    report_ = ResponseReport(psi, se, names, [this, &work] {
+    report_ = ResponseReport(psi, se, names, model.VarianceOfL, [this, &work] {
         work.Step();
         Pause();
     });

@@ -10,6 +10,7 @@
 #include "frame/TextFile.h"
 #include "frame/TextToNumber.h"
 #include "innovation/PlotList.h"
+#include "innovation/ResponseOutput.h"
 #include "innovation/ResponsePlot.h"
 
 namespace lorvane {
@@ -25,10 +26,11 @@ VIRPlot2::VIRPlot2(Module& module)
     Add(ControlKind::Label, "Label0", Heading, 0, 0, 9600, 360);
     Add(ControlKind::Label, "Label2", "Double click an innovation response plot or click 'Done'",
         240, 480, 9120, 255);
-    Add(ControlKind::ListBox, "List1", "", 240, 750, 9120, 1020);
+    Add(ControlKind::ListBox, "List1", "", 240, 750, 9120, 765);
     Add(ControlKind::Label, "Label1",
-        "The dots represent the plus and minus 1 and 2 times the standard error bands  ", 240, 1830,
+        "The dots represent the plus and minus 1 and 2 times the standard error bands  ", 240, 1560,
         9120, 255);
+    Add(ControlKind::Label, "Label4", WithoutVarianceOfL, 240, 1830, 9120, 255).Visible = false;
     Add(ControlKind::Picture, "Picture1", "", 240, 2100, 9120, 3900);
     Add(ControlKind::Label, "Label3", "", 240, 6090, 4200, 630);
     Add(ControlKind::Button, "Command1", "Save this picture", 4560, 6120, 1560, 420);
@@ -88,7 +90,9 @@ void VIRPlot2::BuildList() {
 }
 
 void VIRPlot2::Draw() {
-    const ResponsePlot plot = ReadResponsePlot(module, plot_);
+    ResponsePlot plot = ReadResponsePlot(module, plot_);
+    plot.ImpactBand = ResponsesWithVarianceOfL(module);
+    (*this)("Label4").Visible = !plot.ImpactBand;
     const PlotFrame frame = DrawResponsePlot(*(*this)("Picture1").Drawing, plot);
     Control& aux = (*this)("AuxList");
     aux.ClearItems();

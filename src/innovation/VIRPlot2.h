@@ -10,6 +10,7 @@ namespace lorvane {
 // its one and two standard error bands. The user picks another response from the list, reads
 // the horizon under the pointer, marks a horizon on the picture, and saves the picture as a
 // numbered bitmap under LORVANE.DAT, which the log notes. Done starts the analysis again.
+// Responses without the uncertainty of L are said to be so, and their impact has no band.
 class VIRPlot2 : public Screen {
 public:
     explicit VIRPlot2(Module& module);

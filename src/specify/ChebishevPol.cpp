@@ -54,7 +54,10 @@ void ChebishevPol::Load() {
                                     "equal to 1. If you specify q=0, no "
                                     "Chebishev time polynomials will be included.";
     }
+    // Every visit, and every "Oops", chooses anew: the model text shows no earlier choice.
+    module.SetChebishevOn(0);
     module.q = ChebishevMinimum(module);
+    module.ModelText = VarModelText(module);
     (*this)("Text1").Caption = module.ModelText;
     ShowQ();
 }
@@ -107,7 +110,7 @@ void ChebishevPol::Click(Control& control) {
         if (module.q > minimum) {
             module.ChebishevText = AugmentationText();
             module.SetChebishevOn(1);
-            module.ModelText += "\r\n" + module.ChebishevText;
+            module.ModelText = VarModelText(module);
             (*this)("Text1").Caption = module.ModelText;
         } else {
             module.SetChebishevOn(0);
@@ -118,7 +121,6 @@ void ChebishevPol::Click(Control& control) {
         (*this)("Command1").Visible = true;
         (*this)("Command2").Visible = true;
     } else if (name == "Command1") {
-        module.SetChebishevOn(0);
         module.GoToScreen("ChebishevPol");
     } else if (name == "Command3") {
         module.SetChebishevOn(0);

@@ -1,13 +1,12 @@
 #include "specify/VAR2.h"
 
 #include <array>
-#include <system_error>
 
+#include "dialogs/LaunchPage.h"
 #include "frame/Decoration.h"
 #include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "frame/TextFile.h"
-#include "platform/Processes.h"
 #include "specify/Deterministic.h"
 #include "specify/InformationCriteria.h"
 
@@ -15,7 +14,9 @@ namespace lorvane {
 
 namespace {
 
-constexpr std::size_t ColumnWidth = 12;
+// Decision: the criteria stand in fields of 14 characters, so that a negative value is still
+// parted from its neighbour by a blank.
+constexpr std::size_t ColumnWidth = 14;
 
 void Print(Control& text, const std::string& line) {
     text.Caption += line + "\r\n";
@@ -51,8 +52,6 @@ VAR2::VAR2(Module& module) : Screen(module, "VAR2", "Order of the VAR") {
 
 void VAR2::Load() {
     FontOfNotepadText((*this)("Text1"));
-    std::error_code error;
-    (*this)("Command6").Enabled = std::filesystem::exists(module.StartFile("INFCRIT.PDF"), error);
     ShowP();
 }
 
@@ -94,11 +93,16 @@ void VAR2::PrintCriteria() {
                     RightAligned("Hannan-Quinn", ColumnWidth) +
                     RightAligned("Schwarz", ColumnWidth));
     // The running best of each criterion: its value and its order, kept for a further press.
+    // Decision: a best order above the present p is forgotten, so that the "p =" line names
+    // orders among the rows printed.
     std::array<double, 3> bestValue{};
     std::array<int, 3> bestOrder{};
     for (std::size_t c = 0; c < best.Items.size() && c < 3; ++c) {
-        bestValue[c] = Val(best.Items[c].substr(0, best.Items[c].find(' ')));
-        bestOrder[c] = static_cast<int>(Val(best.Items[c].substr(best.Items[c].find(' ') + 1)));
+        const int order = static_cast<int>(Val(best.Items[c].substr(best.Items[c].find(' ') + 1)));
+        if (order <= module.p) {
+            bestValue[c] = Val(best.Items[c].substr(0, best.Items[c].find(' ')));
+            bestOrder[c] = order;
+        }
     }
     (*this)("Frame1").Visible = false;
     InformationCriteria criteria;
@@ -163,7 +167,7 @@ void VAR2::Click(Control& control) {
     } else if (name == "Command3") {
         module.StartAgain();
     } else if (name == "Command6") {
-        module.platform().processes.open(module.StartFile("INFCRIT.PDF").string());
+        LaunchPage(module, module.StartFile("INFCRIT.PDF").string());
     }
 }
 

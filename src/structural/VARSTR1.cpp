@@ -107,11 +107,6 @@ std::string StructuralRoute(std::string_view route) {
     return std::string(route);
 }
 
-void OpenLogSection(Module& module) {
-    OpenLogSession(module, module.platform().clock);
-    AppendToLog(module, module.ResultText);
-}
-
 VARSTR1::VARSTR1(Module& module)
     : Screen(module, "VARSTR1", "Nonstructural VAR versus structural VAR") {
     Add(ControlKind::Label, "Label0", " Nonstructural VAR versus structural VAR", 0, 0, 9600, 360);

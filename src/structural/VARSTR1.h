@@ -31,7 +31,4 @@ std::string ExplanationText(int p, int k);
 // ("NSVARSUR" -> "SVARSURBERNANKE", "NSVARML" -> "SVARMLBERNANKE"); other words stay.
 std::string StructuralRoute(std::string_view route);
 
-// Starts a section of the log: the session header, then the pending report.
-void OpenLogSection(Module& module);
-
 } // namespace lorvane

@@ -7,7 +7,6 @@
 #include "frame/OutputLog.h"
 #include "frame/TextFile.h"
 #include "platform/Processes.h"
-#include "structural/VARSTR1.h"
 #include "structural/WrapTextLine.h"
 
 namespace lorvane {

@@ -143,7 +143,9 @@ TEST(CsvImport, TextConventions) {
                             ",NA, .\r\n"
                             ".5,1E-3,-0.25\r\n"
                             "\r\n\r\n";
-    const ImportedData data = ParseCsv(csv, ImportOptions{});
+    ImportOptions crossSection;
+    crossSection.CrossSection = true;
+    const ImportedData data = ParseCsv(csv, crossSection);
     EXPECT_EQ(data.Names, (std::vector<std::string>{"gdp, real", "say \"hi\"", "c"}));
     const double m = DefaultMissingCode;
     EXPECT_EQ(data.Columns,
@@ -202,6 +204,17 @@ TEST(CsvImport, RefusedDataNameTheirPlaceAndWriteNothing) {
          "cannot be stored under the missing-value code 0",
          {"--missing-code", "0"}},
         {tooMany, MaxObservations + 2, 0, "more than 32767 observations"},
+        // Undated data are a series: no gaps between the first and the last value.
+        {"a,b\n1,2\n3,\n,4\n5,6\n", 3, 2,
+         "a missing value in \"b\" between its first and last values"},
+        {"a\n1\n-99999.99\n", 3, 1, "\"-99999.99\" in \"a\" equals the missing-value code"},
+        {"q,a\n1960Q1,1\n1960Q2,-1\n",
+         3,
+         2,
+         "equals the missing-value code",
+         {"--missing-code", "-1"}},
+        // A code of 0 leaves the module its own.
+        {"a\n-99999.99\n", 2, 1, "equals the missing-value code", {"--missing-code", "0"}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.Says);
@@ -229,6 +242,29 @@ TEST(CsvImport, RefusedDataNameTheirPlaceAndWriteNothing) {
     ImportFolder fresh;
     EXPECT_EQ(fresh.ImportText("a,b\n1,x\n").Code, 1);
     EXPECT_FALSE(std::filesystem::exists(fresh.DataDir()));
+}
+
+TEST(CsvImport, GapsAreRefusedOnlyInsideAnUndatedSeries) {
+    // Before the first and after the last value of a variable, values may be missing.
+    EXPECT_EQ(ParseCsv("a,b\n,1\n2,3\n4,\n", ImportOptions{}).MissingValues, 2);
+    // Dated data, and undated data said to be dated, are checked by the module itself.
+    EXPECT_EQ(ParseCsv("year,a\n1990,1\n1991,\n1992,3\n", ImportOptions{}).MissingValues, 1);
+    ImportOptions annual;
+    annual.DataType = 1;
+    EXPECT_EQ(ParseCsv("a\n1\nNA\n3\n", annual).MissingValues, 1);
+    // A cross-section may have its gaps anywhere, when the user says so.
+    ImportFolder folder;
+    const ImportRun run = folder.ImportText("a,b\n1,2\n.,3\n4,5\n", {"--cross-section"});
+    ASSERT_EQ(run.Code, 0) << run.Err;
+    ASSERT_EQ(folder.LoadAll(), 1);
+    EXPECT_EQ(folder.store.SelectedValue(2, 1), DefaultMissingCode);
+    // Another code than the value's leaves the value as it is; under the code 0, which means
+    // that nothing is missing, a zero is a zero.
+    ImportOptions otherCode;
+    otherCode.MissingCode = -1;
+    EXPECT_EQ(ParseCsv("a\n-99999.99\n", otherCode).Columns[0][0], -99999.99);
+    otherCode.MissingCode = 0;
+    EXPECT_EQ(ParseCsv("a\n1\n0\n2\n", otherCode).Columns[0][1], 0);
 }
 
 TEST(CsvImport, RoundTripThroughTheDataStore) {

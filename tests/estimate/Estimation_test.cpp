@@ -104,9 +104,9 @@ TEST_F(E1Estimation, TheOlsReportAgreesWithTheReferenceAtThePrintedDigits) {
         const double rSquare = reference["r_square"][static_cast<std::size_t>(i - 1)];
         EXPECT_TRUE(
             Contains(text, "y(" + std::to_string(i) + ") = " + module().store().SelectedName(i)));
-        EXPECT_NE(text.find("s.e.:" + std::string(26, ' ') +
+        EXPECT_NE(text.find("s.e.:" + std::string(36, ' ') +
                             RightAligned(FormatNumber(se, "00.00000E+00"), 15) +
-                            "\r\nR-Square:" + std::string(22, ' ') +
+                            "\r\nR-Square:" + std::string(32, ' ') +
                             RightAligned(FormatNumber(rSquare, "0.0000"), 15)),
                   std::string::npos)
             << i;
@@ -142,9 +142,11 @@ TEST_F(E1Estimation, OneEquationBlockHasTheTableLayout) {
     EXPECT_EQ(block[15], "x(1,7) = 1                                 -16.72199E-03     -1.02");
     EXPECT_EQ(block[16], "                                                         [0.30730]");
     EXPECT_EQ(block[17], "[The p-values are two-sided and based on the normal approximation]");
-    EXPECT_EQ(block[18], "s.e.:                             46.14790E-03");
-    EXPECT_EQ(block[19], "R-Square:                               0.1286");
-    EXPECT_EQ(block[20], "n:                                          73");
+    // The three numbers end under the estimates.
+    EXPECT_EQ(block[18], "s.e.:                                       46.14790E-03");
+    EXPECT_EQ(block[19], "R-Square:                                         0.1286");
+    EXPECT_EQ(block[20], "n:                                                    73");
+    EXPECT_EQ(block[18].size(), block[3].size() - 10);
     EXPECT_EQ(block[21], "");
     EXPECT_EQ(block[22], "y(2) = dlincome");
 }
@@ -282,14 +284,23 @@ TEST_F(E1Estimation, WithoutZerosTheButtonsLeadFromOlsStraightToFiml) {
     EXPECT_EQ(Results(), once);
 }
 
+// The log is opened when the estimation is accepted: the session header, the description that
+// the screens before collected, then the estimation. Nothing was logged before.
 TEST_F(E1Estimation, ContinueLogsTheResultsAndLeavesForTheJointTests) {
     module().Click("VARSUR", "Command3");
     module().Click("VARSUR", "Command5");
     const std::string results = Results();
     const std::string model = module().ModelText;
+    const std::string description = module().ResultText;
+    EXPECT_TRUE(description.starts_with("Selected variables:\r\n")) << description;
+    EXPECT_FALSE(std::filesystem::exists(File("OUTPUT.TXT")));
     module().Click("VARSUR", "Command1");
-    EXPECT_EQ(ReadFile(File("OUTPUT.TXT")), "FIML estimation of a nonstructural VAR model:\r\n" +
-                                                model + "\r\n" + results + "\r\n");
+    EXPECT_EQ(ReadFile(File("OUTPUT.TXT")),
+              "Lorvane International\r\nSession date: Sunday November 22, 2026\r\n"
+              "Session time: 19:36:05\r\n----------------------------------------------\r\n" +
+                  description + "\r\nFIML estimation of a nonstructural VAR model:\r\n" + model +
+                  "\r\n" + results + "\r\n");
+    EXPECT_TRUE(module().ResultText.empty());
     EXPECT_NE(model.find("Zeros in matrices A(1), A(2): (1 = nonzero)"), std::string::npos);
     EXPECT_EQ(ReadFile(File("ROUTE.TMP")), "\"NSVARML\"\r\n");
     EXPECT_EQ(module().CurrentScreen, "VWaldT2");

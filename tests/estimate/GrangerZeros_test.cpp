@@ -151,3 +151,43 @@ TEST_F(GrangerZeros, OlsThenSurRoundsConvergeToTheReference) {
     EXPECT_FALSE(control("Command5").Enabled);
     EXPECT_EQ(control("Text6").Caption, "1");
 }
+
+// A SUR round after FIML writes WALDT.TMP without L: the variance of L and its route word go
+// with it, so that the joint tests and the responses see the estimates that are on file.
+TEST_F(GrangerZeros, ASurRoundAfterFimlLeavesNoVarianceOfL) {
+    Press("Command3");
+    Press("Command4");
+    Press("Command5");
+    EXPECT_EQ(control("Text6").Caption, "1");
+    EXPECT_EQ(ReadFile(module().DataFile("ROUTE.TMP")), "\"NSVARML\"\r\n");
+    Press("Command4");
+    EXPECT_EQ(control("Text6").Caption, "0");
+    EXPECT_EQ(ReadFile(module().DataFile("ROUTE.TMP")), "\"NSVARSUR\"\r\n");
+    EXPECT_EQ(Lines(ReadFile(module().DataFile("WALDT.TMP"))).at(0), "73,17");
+
+    ASSERT_TRUE(control("Command1").Enabled);
+    module().Click("VARSUR", "Command1");
+    EXPECT_EQ(ReadFile(module().DataFile("ROUTE.TMP")), "\"NSVARSUR\"\r\n");
+    EXPECT_NE(ReadFile(module().DataFile("OUTPUT.TXT"))
+                  .find("\r\nOLS-SUR estimation of a nonstructural VAR model:\r\n"),
+              std::string::npos);
+    EXPECT_EQ(Ctl(module(), "VWaldT2", "Label0").Caption,
+              " Tests of joint significance (Nonstructural VAR model estimated by OLS or SUR)");
+    EXPECT_EQ(Ctl(module(), "VWaldT2", "List1").ListCount(), 17);
+
+    // The responses keep the standard errors of the coefficients and say what they leave out.
+    module().Click("VWaldT2", "Command2");
+    module().Click("VARSTR1", "Command1");
+    module().Click("VARIR2", "Command1");
+    ASSERT_FALSE(module().Ended());
+    const std::string report = Ctl(module(), "VARIR2", "Text2").Caption;
+    EXPECT_NE(report.find("101-117.\r\nThe uncertainty of the estimate of L is not included: no "
+                          "FIML variance of L is available.\r\n"),
+              std::string::npos);
+    const std::vector<std::string> lines = Lines(report);
+    const auto table =
+        std::find(lines.begin(), lines.end(), "Horizon  Innovation response      Standard error");
+    ASSERT_LT(table + 2, lines.end());
+    EXPECT_TRUE(table[1].starts_with("   0 ") && table[1].ends_with(" 00.00000E+000")) << table[1];
+    EXPECT_FALSE(table[2].ends_with(" 00.00000E+000")) << table[2];
+}

@@ -136,6 +136,16 @@ TEST_F(E1WaldTests, RespecifyingLogsTheDecisionAndStartsAgain) {
     EXPECT_FALSE(std::filesystem::exists(module().DataFile("WALDT.TMP")));
 }
 
+// The section opens as every section does: the header, then a report that is still pending.
+TEST_F(E1WaldTests, RespecifyingPrintsAPendingReportAfterTheHeader) {
+    module().ResultText = "pending\r\n";
+    module().Click("VWaldT2", "Command5");
+    EXPECT_TRUE(ReadFile(module().DataFile("OUTPUT.TXT"))
+                    .ends_with("----------------------------------------------\r\npending\r\n\r\n"
+                               "Model will be respecified!\r\n"));
+    EXPECT_TRUE(module().ResultText.empty());
+}
+
 TEST_F(E1WaldTests, ContinueGoesOnToTheFork) {
     module().UseScreenTable([](Module& owner, std::string_view name) {
         std::unique_ptr<Screen> screen = CreateScreen(owner, name);

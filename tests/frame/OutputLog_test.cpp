@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#ifdef __linux__
+#include <sys/resource.h>
+#endif
+
 #include "frame/DateText.h"
+#include "frame/Module.h"
 #include "frame/OutputLog.h"
 #include "support/TestModule.h"
 
@@ -58,6 +63,48 @@ TEST(OpenLogSession, BuildDateInTheTitleOnlyWhenValid) {
     EXPECT_EQ(CompileDateText(test.module()), "");
     std::filesystem::remove(test.module().StartFolder / "COMPDATE.TXT");
     EXPECT_EQ(CompileDateText(test.module()), "");
+}
+
+#ifdef __linux__
+// Only whether the log is empty matters: a log of hundreds of megabytes costs no memory.
+TEST(OpenLogSession, ReadsNoMoreThanTheFirstLinesOfALongLog) {
+    TestModule test;
+    const auto log = test.module().DataFile("OUTPUT.TXT");
+    std::string start;
+    for (int line = 1; line <= 20; ++line) {
+        start += "line " + std::to_string(line) + "\r\n";
+    }
+    WriteFile(log, start);
+    // The rest of the log is a hole of 256 MB: no disk space, but every byte reads back.
+    constexpr std::uintmax_t Size = std::uintmax_t{256} << 20;
+    std::filesystem::resize_file(log, Size);
+    const auto peak = [] {
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        return usage.ru_maxrss; // kilobytes
+    };
+    const long before = peak();
+    OpenLogSession(test.module(), test.clock());
+    EXPECT_LT(peak() - before, 32 * 1024);
+    EXPECT_EQ(std::filesystem::file_size(log), Size + 2 + Rule.size() + 2 + Header.size());
+    std::filesystem::resize_file(log, 0);
+}
+#endif
+
+TEST(OpenLogSection, TheHeaderThenThePendingReportOnce) {
+    TestModule test;
+    Module& module = test.module();
+    const auto log = module.DataFile("OUTPUT.TXT");
+    module.ResultText = "Selected variables:\r\n\r\na\r\nb\r\n";
+    OpenLogSection(module);
+    EXPECT_EQ(ReadFile(log), Header + "Selected variables:\r\n\r\na\r\nb\r\n\r\n");
+    EXPECT_TRUE(module.ResultText.empty());
+    // A later section has its header and no repetition of the report.
+    AppendToLog(module, "estimation");
+    OpenLogSection(module);
+    EXPECT_EQ(ReadFile(log), Header +
+                                 "Selected variables:\r\n\r\na\r\nb\r\n\r\nestimation\r\n\r\n" +
+                                 Rule + "\r\n" + Header);
 }
 
 TEST(OpenLogSession, SilentWhenTheLogCannotBeWritten) {

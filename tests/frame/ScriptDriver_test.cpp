@@ -39,8 +39,10 @@ protected:
 TEST_F(ScriptDriverTest, WalksTheScreensAndChecksWhatItSees) {
     const int code = Run("# a comment\n"
                          "\n"
+                         "\t \t\n"
+                         "\t# a comment behind a tab\n"
                          "expect-screen SELVAR1\n"
-                         "expect SelVar1.Command1 caption Next\n"
+                         "expect\tSelVar1.Command1 caption\tNext\n"
                          "expect SelVar1.Command1 enabled 1\n"
                          "expect SelVar1.List1 count 3\n"
                          "expect SelVar1.List1 item 1 \"* beta\"\n"
@@ -128,11 +130,23 @@ TEST_F(ScriptDriverTest, BadLineForms) {
     }
 }
 
+// A run that ends early leaves the work folder as usable as one that ends well; the mark of
+// another instance, which stopped the start, stays.
+TEST_F(ScriptDriverTest, EveryEndOfARunRemovesItsActiveModuleFile) {
+    const auto active = test.Root() / "work" / "ACTIVEMODULE.TXT";
+    EXPECT_EQ(Run("expect-file ACTIVEMODULE.TXT 0\nexpect SelVar1.Command1 caption Back\n"),
+              ScriptDriver::ExpectFailed);
+    EXPECT_FALSE(std::filesystem::exists(active));
+    EXPECT_EQ(Run("click SelVar1.Nothing\n"), ScriptDriver::BadLine);
+    EXPECT_FALSE(std::filesystem::exists(active));
+}
+
 TEST_F(ScriptDriverTest, ABoxWithoutAnAnswerGivesThree) {
     WriteFile(test.Root() / "work" / "ACTIVEMODULE.TXT", "\"VAR\"\r\n");
     EXPECT_EQ(Run("expect-screen SelVar1\n"), ScriptDriver::NoAnswer);
     EXPECT_EQ(test.Echo(), "[box] Error! | A previous instance of Lorvane module VAR is running! "
                            "End it first. -> ?\n");
+    EXPECT_TRUE(std::filesystem::exists(test.Root() / "work" / "ACTIVEMODULE.TXT"));
 }
 
 TEST_F(ScriptDriverTest, AnswersBeforeTheFirstActionServeTheStart) {

@@ -36,6 +36,12 @@ TEST(StartFolder, DriveLetterRules) {
     EXPECT_EQ(other.TestRun, 1);
 
     EXPECT_EQ(choose("C:\\LORVANE", "nonsense").Folder, "C:\\LORVANE");
+
+    // A trailing separator names the same folder.
+    StartFolderChoice trailing = choose("C:\\LORVANE", "\"C:\\Lorvane\\\"");
+    EXPECT_EQ(trailing.Folder, "C:\\LORVANE");
+    EXPECT_EQ(trailing.TestRun, 0);
+    EXPECT_EQ(choose("C:\\LORVANE", "\\OTHER\\").Folder, "C:\\OTHER");
 }
 
 TEST(StartFolder, PosixMapping) {
@@ -48,6 +54,7 @@ TEST(StartFolder, PosixMapping) {
     EXPECT_EQ(full.Folder, "/opt/lorvane");
     EXPECT_EQ(full.TestRun, 1);
     EXPECT_EQ(choose("/opt/lorvane", "\"/opt/lorvane\"").TestRun, 0);
+    EXPECT_EQ(choose("/opt/lorvane", "/opt/lorvane/").TestRun, 0);
     EXPECT_EQ(choose("/x", "C:\\Lorvane\\Sys").Folder, "/Lorvane/Sys");
 }
 

@@ -22,6 +22,10 @@ TEST(ParseNumberText, CommaOrPointAsDecimalMarkWithExponent) {
 
 TEST(ParseNumberText, RefusesBothMarksAndForeignCharacters) {
     EXPECT_FALSE(ParseNumberText("1.234,5"));
+    // A second mark of the same kind is no thousands separator, nor anything else.
+    EXPECT_FALSE(ParseNumberText("1.2.3"));
+    EXPECT_FALSE(ParseNumberText("1,2,3E1"));
+    EXPECT_FALSE(ParseNumberText(".."));
     EXPECT_FALSE(ParseNumberText("12a"));
     EXPECT_FALSE(ParseNumberText("1 000"));
     EXPECT_FALSE(ParseNumberText("$5"));

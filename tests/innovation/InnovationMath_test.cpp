@@ -10,6 +10,7 @@
 #include "innovation/MovingAverage.h"
 #include "innovation/ResponseErrors.h"
 #include "innovation/ResponseOutput.h"
+#include "innovation/ResponsePlot.h"
 #include "innovation/WorkCounter.h"
 #include "support/Errors.h"
 #include "support/TestModule.h"
@@ -189,6 +190,40 @@ TEST(Decomposition, SharesAndTable) {
     EXPECT_NE(ErrorNumberOf([] { DecompositionShares(Responses(2, 10)); }), 0);
 }
 
+// Iterated SUR without FIML: the standard errors come from the coefficients alone, the report
+// says so, and the impact responses, L itself, have none.
+TEST_F(InnovationMath, WithoutAVarianceOfLTheImpactHasNoStandardError) {
+    HandModel hand = FirstOrderModel();
+    hand.varianceOfL = false;
+    InnovationModel model = Read(hand);
+    EXPECT_FALSE(model.VarianceOfL);
+    ExpectResponses(ComputeResponses(model, 10), 0, hand.L);
+    const Responses se = Errors(model, 10);
+    for (int i = 1; i <= 2; ++i) {
+        for (int j = 1; j <= 2; ++j) {
+            EXPECT_EQ(se(i, j, 0), 0) << i << j;
+            EXPECT_GT(se(i, j, 1), 0) << i << j;
+        }
+    }
+    const std::vector<std::string> names = {"x", "y"};
+    const Responses psi = ComputeResponses(model, 10);
+    EXPECT_NE(ResponseReport(psi, se, names, false)
+                  .find("Econometrics 35, 101-117.\r\nThe uncertainty of the estimate of L is not "
+                        "included: no FIML variance of L is available.\r\nResponse of x"),
+              std::string::npos);
+    WriteResponseFile(test.module(), psi, se, ComputeMaxResponses(model, 10), names);
+    EXPECT_FALSE(ResponsesWithVarianceOfL(test.module()));
+
+    InnovationModel fiml = Read(FirstOrderModel());
+    EXPECT_TRUE(fiml.VarianceOfL);
+    const Responses fimlErrors = Errors(fiml, 10);
+    EXPECT_EQ(ResponseReport(ComputeResponses(fiml, 10), fimlErrors, names, true)
+                  .find("The uncertainty of the estimate of L"),
+              std::string::npos);
+    WriteResponseFile(test.module(), psi, fimlErrors, ComputeMaxResponses(fiml, 10), names);
+    EXPECT_TRUE(ResponsesWithVarianceOfL(test.module()));
+}
+
 TEST(ResponseText, ShortenedNames) {
     EXPECT_EQ(ResponseName("  dlincome "), "dlincome");
     const std::string thirty(30, 'n');
@@ -202,7 +237,7 @@ TEST_F(InnovationMath, ReportAndResponseFile) {
     const Responses se = Errors(model, 10);
     const std::vector<std::string> names = {"x", "y"};
     int lines = 0;
-    const std::string report = ResponseReport(psi, se, names, [&lines] { ++lines; });
+    const std::string report = ResponseReport(psi, se, names, true, [&lines] { ++lines; });
     EXPECT_EQ(lines, 4 * 11);
     const std::string head =
         "The standard errors of the innovation responses are computed according to\r\n"

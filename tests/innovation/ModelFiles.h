@@ -47,6 +47,8 @@ struct HandModel {
     // What stands where the analysis must read past: the variance of the deterministic
     // coefficients and the covariances between the blocks.
     double ignored = 99;
+    // False: WALDT.TMP as SUR leaves it, without the elements of L and their variance.
+    bool varianceOfL = true;
 };
 
 inline void WriteModelFiles(const Workspace& workspace, const HandModel& model) {
@@ -61,7 +63,7 @@ inline void WriteModelFiles(const Workspace& workspace, const HandModel& model) 
             zero.WriteRecord(CommaRecord().Number(model.Z(i, j)));
             l.WriteRecord(CommaRecord().Number(model.L(i, j)));
             pattern.WriteRecord(CommaRecord().Number(model.LPattern(i, j)));
-            if (model.LPattern(i, j) == 1) {
+            if (model.LPattern(i, j) == 1 && model.varianceOfL) {
                 free.push_back(model.L(i, j));
             }
         }

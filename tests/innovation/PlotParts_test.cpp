@@ -230,6 +230,18 @@ TEST_F(PlotDrawingTest, BandDotsOutsideTheFrameVanish) {
     EXPECT_NEAR(first[3], y(block.psi[0] - 2 * se0), 1e-12);
 }
 
+TEST_F(PlotDrawingTest, AnImpactWithoutAKnownUncertaintyHasNoBand) {
+    ResponsePlot plot = PlotOf(test::TwoVariableResponses()[0]);
+    plot.SE[0] = 0;
+    plot.ImpactBand = false;
+    const PlotFrame frame = Draw(plot);
+    const std::vector<Operation> dots = surface.OperationsOf("dot");
+    ASSERT_EQ(dots.size(), 4u * 10) << surface.Text();
+    for (const Operation& dot : dots) {
+        EXPECT_GT(dot.values[0], frame.Left + 1e-9);
+    }
+}
+
 TEST_F(PlotDrawingTest, LabelsSitBesideAndBelowTheFrameWithoutBeingCut) {
     const ResponseBlock block = test::TwoVariableResponses()[2];
     const PlotFrame frame = Draw(PlotOf(block));

@@ -79,6 +79,24 @@ TEST_F(PlotScreen, FirstVisitShowsTheFirstPlotAndMakesTheList) {
     EXPECT_NEAR(Val(aux.Items[3]), box[1], 1e-12);
 }
 
+TEST_F(PlotScreen, ResponsesWithoutTheUncertaintyOfLSaySoAndHaveNoBandAtTheImpact) {
+    Open();
+    EXPECT_FALSE(Of("Label4").Visible);
+    EXPECT_EQ(Picture().OperationsOf("dot").size(), 4u * 11);
+
+    std::vector<test::ResponseBlock> blocks = test::TwoVariableResponses();
+    for (test::ResponseBlock& block : blocks) {
+        block.se[0] = 0;
+    }
+    test::WriteResponses(module(), blocks);
+    module().GoToScreen("VIRPlot2");
+    ASSERT_FALSE(module().Ended()) << Failure();
+    EXPECT_TRUE(Of("Label4").Visible);
+    EXPECT_EQ(Of("Label4").Caption, "The uncertainty of the estimate of L is not included: no "
+                                    "FIML variance of L is available.");
+    EXPECT_EQ(Picture().OperationsOf("dot").size(), 4u * 10);
+}
+
 TEST_F(PlotScreen, DoubleClickInTheListReloadsWithThatPlot) {
     Open();
     const long long first = module().LoadedScreen("VIRPlot2")->Serial();

@@ -175,12 +175,12 @@ TEST(VAR2, CriteriaTableAndChosenOrders) {
     EXPECT_EQ(Ctl(module, "VAR2", "Text1").Caption,
               "Chosen VAR(p) order: p = 4\r\n"
               "Information criteria:\r\n"
-              "  p      AkaikeHannan-Quinn     Schwarz\r\n"
-              "  1-2.44124E+01-2.42633E+01-2.40387E+01\r\n"
-              "  2-2.45494E+01-2.42869E+01-2.38905E+01\r\n"
-              "  3-2.43452E+01-2.39676E+01-2.33966E+01\r\n"
-              "  4-2.42730E+01-2.37787E+01-2.30301E+01\r\n"
-              "p =           2           2           1\r\n\r\n");
+              "  p        Akaike  Hannan-Quinn       Schwarz\r\n"
+              "  1  -2.44124E+01  -2.42633E+01  -2.40387E+01\r\n"
+              "  2  -2.45494E+01  -2.42869E+01  -2.38905E+01\r\n"
+              "  3  -2.43452E+01  -2.39676E+01  -2.33966E+01\r\n"
+              "  4  -2.42730E+01  -2.37787E+01  -2.30301E+01\r\n"
+              "p =             2             2             1\r\n\r\n");
     EXPECT_EQ(Ctl(module, "VAR2", "Check1").Value, 0);
     module.Click("VAR2", "Command1");
     module.Click("VAR2", "Command1");
@@ -188,9 +188,87 @@ TEST(VAR2, CriteriaTableAndChosenOrders) {
     module.Click("VAR2", "Command5");
     ASSERT_EQ(module.CurrentScreen, "VAR3");
     EXPECT_EQ(module.p, 2);
-    EXPECT_NE(module.ResultText.find("p =           2           2           1\r\n\r\n"
+    EXPECT_NE(module.ResultText.find("p =             2             2             1\r\n\r\n"
                                      "Chosen VAR(p) order: p = 2\r\n\r\n"),
               std::string::npos);
+}
+
+// The "p =" line names orders among the rows above it, also when p went down since the last
+// table.
+TEST(VAR2, TheChosenOrdersAreAmongThePrintedRows) {
+    TestModule test;
+    WalkToVARDetermin(test);
+    Module& module = test.module();
+    module.Click("VARDetermin", "Command5");
+    for (int i = 0; i < 3; ++i) {
+        module.Click("VAR2", "Command2");
+    }
+    Ctl(module, "VAR2", "Check1").Value = 1;
+    module.Click("VAR2", "Command5");
+    for (int i = 0; i < 3; ++i) {
+        module.Click("VAR2", "Command1");
+    }
+    Control& text = Ctl(module, "VAR2", "Text1");
+    text.Caption.clear();
+    Ctl(module, "VAR2", "Check1").Value = 1;
+    module.Click("VAR2", "Command5");
+    EXPECT_EQ(text.Caption, "Chosen VAR(p) order: p = 1\r\n"
+                            "Information criteria:\r\n"
+                            "  p        Akaike  Hannan-Quinn       Schwarz\r\n"
+                            "  1  -2.44124E+01  -2.42633E+01  -2.40387E+01\r\n"
+                            "p =             1             1             1\r\n\r\n");
+}
+
+// Help! opens the help page of the start folder; when the page cannot be opened the user is
+// told why.
+TEST(VAR2, HelpOpensTheHelpPage) {
+    TestModule test;
+    WalkToVARDetermin(test);
+    Module& module = test.module();
+    module.Click("VARDetermin", "Command5");
+    ASSERT_TRUE(Ctl(module, "VAR2", "Command6").Enabled);
+    module.Click("VAR2", "Command6");
+    const std::string page = module.StartFile("INFCRIT.PDF").string();
+    EXPECT_EQ(test.processes().Requests().back(), "[open] " + page);
+}
+
+// Oops, or a second visit, starts the choice over: the model text holds the present choice.
+TEST(ChebishevPol, EachChoiceReplacesTheEarlierOne) {
+    TestModule test;
+    WalkToVARDetermin(test);
+    Module& module = test.module();
+    auto augmented = [&module] {
+        const std::string& text = Ctl(module, "ChebishevPol", "Text1").Caption;
+        std::size_t count = 0;
+        for (std::size_t at = text.find("d(t) is augmented"); at != std::string::npos;
+             at = text.find("d(t) is augmented", at + 1)) {
+            ++count;
+        }
+        return count;
+    };
+    module.Click("VARDetermin", "Command6");
+    module.Click("ChebishevPol", "qup");
+    module.Click("ChebishevPol", "qup");
+    module.Click("ChebishevPol", "Klaar");
+    EXPECT_EQ(augmented(), 1u);
+    EXPECT_NE(module.ModelText.find("with 2 Chebishev time polynomials"), std::string::npos);
+    EXPECT_NE(module.ModelText.find("d(t)=1, Cheb.Pol(1), Cheb.Pol(2)"), std::string::npos)
+        << module.ModelText;
+
+    module.Click("ChebishevPol", "Command1");
+    EXPECT_EQ(augmented(), 0u);
+    EXPECT_EQ(module.ChebishevOn(), 0);
+    module.Click("ChebishevPol", "qup");
+    module.Click("ChebishevPol", "Klaar");
+    EXPECT_EQ(augmented(), 1u);
+    EXPECT_EQ(module.ModelText.find("with 2 Chebishev"), std::string::npos);
+    EXPECT_NE(module.ModelText.find("with one Chebishev time polynomial,"), std::string::npos);
+
+    // Back on VARDetermin and in again: the earlier choice is gone from the text.
+    module.Click("ChebishevPol", "Command2");
+    module.Click("VARDetermin", "Command6");
+    EXPECT_EQ(augmented(), 0u);
+    EXPECT_EQ(module.ModelText.find("Cheb"), std::string::npos);
 }
 
 TEST(VAR2, WarnsWhenTheDataMayNotCarryTheModel) {

@@ -10,7 +10,11 @@ std::string E1Csv() {
 }
 
 void StartWith(TestModule& test, const std::string& csv) {
-    WriteDataFiles(ParseCsv(csv, {}), test.Root() / "work");
+    // The module's own rules are under test, so undated data come with their gaps, as a
+    // cross-section would.
+    ImportOptions options;
+    options.CrossSection = true;
+    WriteDataFiles(ParseCsv(csv, options), test.Root() / "work");
     Module& module = test.module();
     module.Run(
         [&] { ModuleEntry(module, (test.Root() / "work").string(), test.Root() / "start"); });
