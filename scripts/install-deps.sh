@@ -8,6 +8,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
     fonts-dejavu-core fontconfig
     python3
+    desktop-file-utils
     clang-14 libclang-rt-14-dev llvm-14
 )
 
