@@ -4,24 +4,10 @@
 #include <vector>
 
 #include "numeric/DataUnits.h"
+#include "support/E1Road.h"
 
 using namespace lorvane;
-
-namespace {
-
-// The factor of the error variance of the example data's VAR(2): growth rates as fractions.
-Matrix ExampleFactor() {
-    Matrix L(3, 3);
-    L(1, 1) = 4.38796e-2;
-    L(2, 1) = 1.47561e-3;
-    L(2, 2) = 1.10450e-2;
-    L(3, 1) = 2.53929e-3;
-    L(3, 2) = 4.69159e-3;
-    L(3, 3) = 7.22432e-3;
-    return L;
-}
-
-} // namespace
+using lorvane::test::ExampleFactor;
 
 TEST(UnitPowers, FollowTheUnitsOfEachVariable) {
     // The steps were made for these series: no power of ten moves them.

@@ -16,13 +16,16 @@
 #include "structural/MomentConditions.h"
 #include "structural/SimplexObjectives.h"
 #include "structural/StructuralModel.h"
+#include "support/E1Road.h"
 
 namespace lorvane {
 namespace {
 
+using test::ExampleFactor;
+
 constexpr int T = 73;
 
-// The recursive model of three variables and the factor of the example data's error variance.
+// The recursive model of three variables.
 Pattern Recursive() {
     Pattern Apat(3);
     for (int i = 1; i <= 3; ++i) {
@@ -31,17 +34,6 @@ Pattern Recursive() {
         }
     }
     return Apat;
-}
-
-Matrix ExampleFactor() {
-    Matrix L(3, 3);
-    L(1, 1) = 4.38796e-2;
-    L(2, 1) = 1.47561e-3;
-    L(2, 2) = 1.10450e-2;
-    L(3, 1) = 2.53929e-3;
-    L(3, 2) = 4.69159e-3;
-    L(3, 3) = 7.22432e-3;
-    return L;
 }
 
 // Everything the maximum likelihood report prints about b at a power of ten of the units: b

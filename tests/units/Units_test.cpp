@@ -129,15 +129,7 @@ void WalkToVARSTR1(TestModule& test, const Road& road, std::string& wald) {
     }
     module.Click("SelVar1", "Command1");
     if (road.e1Sample) {
-        module.Click("SELOBS", "SubsetYes");
-        module.Click("SELSS1", "StapX10");
-        module.Click("SELSS1", "UDown");
-        module.Click("SELSS1", "StapOver10");
-        for (int i = 0; i < 6; ++i) {
-            module.Click("SELSS1", "UDown");
-        }
-        module.Click("SELSS1", "BoundsOK");
-        module.Click("SELSS1", "Continue");
+        test::ChooseE1Sample(module);
     } else {
         module.Click("SELOBS", "SubsetNo");
         module.Click("SELOBS", "SubsetNo");
