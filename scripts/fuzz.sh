@@ -2,17 +2,21 @@
 # Builds the libFuzzer targets of fuzz/ with clang (AddressSanitizer and UndefinedBehaviorSanitizer
 # on) in build/fuzz and runs each for a bounded time on a copy of its seed corpus.
 #   scripts/fuzz.sh [TARGET...]      all targets when none is named
-#   LORVANE_FUZZ_SECONDS=N           seconds for each target (default 30)
+#   LORVANE_FUZZ_BUDGET=N            seconds for the whole run, shared equally among the targets
+#                                    (default 180, so that a new target does not lengthen CI)
+#   LORVANE_FUZZ_SECONDS=N           seconds for each target instead of a share of the budget
 # Fails when a target crashes, hangs or reports a sanitizer error. The input that did it is kept
 # in build/fuzz/findings/TARGET/ (replay: build/fuzz/fuzz/fuzz_TARGET FILE); once the fault is
 # fixed, add it to fuzz/corpus/TARGET/ so that every later run replays it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-seconds=${LORVANE_FUZZ_SECONDS:-30}
-all_targets=(data_files csv_import parse_number_text val text_input script)
+all_targets=(data_files csv_import parse_number_text val text_input script work_files)
 targets=("$@")
 [ ${#targets[@]} -eq 0 ] && targets=("${all_targets[@]}")
+budget=${LORVANE_FUZZ_BUDGET:-180}
+seconds=${LORVANE_FUZZ_SECONDS:-$((budget / ${#targets[@]}))}
+[ "$seconds" -lt 1 ] && seconds=1
 
 compiler=$(command -v clang++-14 || command -v clang++ || true)
 if [ -z "$compiler" ]; then

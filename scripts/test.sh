@@ -19,5 +19,5 @@ ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:ha
     LSAN_OPTIONS=suppressions="$PWD/tests/lsan.supp" \
     ctest --test-dir build/sanitize --output-on-failure -j "$jobs"
 
-# Every fuzz target for LORVANE_FUZZ_SECONDS (30 by default) on its seeds; fails on a crash.
+# Every fuzz target on its seeds, sharing LORVANE_FUZZ_BUDGET (180 s by default); fails on a crash.
 scripts/fuzz.sh

@@ -153,14 +153,108 @@ bool ParseWhole(std::string_view text, int& value) {
     return error == std::errc() && end == last && first != last;
 }
 
-bool ParseDouble(std::string_view text, double& value) {
+enum class Reading { Number, NotANumber, TooLarge, TooSmall };
+
+// Without an exponent, a number out of range is small when no digit before the point is
+// anything but 0; with one, when its exponent is negative.
+bool NearZero(std::string_view text) {
+    const std::size_t exponent = text.find_first_of("eE");
+    if (exponent != std::string_view::npos) {
+        return exponent + 1 < text.size() && text[exponent + 1] == '-';
+    }
+    const std::string_view whole = text.substr(0, text.find('.'));
+    return whole.find_first_of("123456789") == std::string_view::npos;
+}
+
+Reading ReadDouble(std::string_view text, double& value) {
     if (text.size() > 1 && text.front() == '+' && text[1] != '-' && text[1] != '+') {
         text.remove_prefix(1);
     }
     const char* first = text.data();
     const char* last = text.data() + text.size();
     const auto [end, error] = std::from_chars(first, last, value, std::chars_format::general);
-    return error == std::errc() && end == last && first != last && std::isfinite(value);
+    if (first == last || end != last) {
+        return Reading::NotANumber;
+    }
+    if (error == std::errc::result_out_of_range) {
+        return NearZero(text) ? Reading::TooSmall : Reading::TooLarge;
+    }
+    return error == std::errc() && std::isfinite(value) ? Reading::Number : Reading::NotANumber;
+}
+
+// What is wrong with a text that does not read as a number.
+std::string NumberProblem(Reading reading) {
+    switch (reading) {
+    case Reading::TooLarge:
+        return "is out of range (the largest number is about 1.8E+308)";
+    case Reading::TooSmall:
+        return "is out of range (the smallest number apart from 0 is about 4.9E-324)";
+    default:
+        return "is not a number";
+    }
+}
+
+// The characters of UTF-8 text: every byte that does not continue a character.
+std::size_t CharacterCount(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
+}
+
+// "N characters long", with the bytes beside when they are more than the characters: the
+// limits of the data files are in bytes.
+std::string LengthText(std::string_view text) {
+    const std::size_t characters = CharacterCount(text);
+    std::string length = std::to_string(characters) + " characters long";
+    if (characters != text.size()) {
+        length += " (" + std::to_string(text.size()) + " bytes in UTF-8)";
+    }
+    return length;
+}
+
+// A file that is not text: UTF-16 (whose common characters have a NUL byte beside them), or
+// any NUL byte, which no text holds.
+void RefuseNonText(std::string_view text) {
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") ||
+        (text.size() >= 2 && (text[0] == '\0' || text[1] == '\0'))) {
+        throw ImportError(1, 0, "the file is UTF-16 text; save it as UTF-8 or ASCII text");
+    }
+    const std::size_t nul = text.find('\0');
+    if (nul == std::string_view::npos) {
+        return;
+    }
+    int line = 1;
+    for (std::size_t i = 0; i < nul; ++i) {
+        if (text[i] == '\n' || (text[i] == '\r' && text[i + 1] != '\n')) {
+            ++line;
+        }
+    }
+    throw ImportError(line, 0, "a NUL byte (character 0): the file is not text");
+}
+
+// Why text in the form of a date (a year of up to five digits, optionally a Q, M or - and a
+// period) cannot be read as one; empty when it is no date at all or a good one.
+std::optional<std::string> DateProblem(std::string_view text) {
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+    if (digits == 0 || digits > 5 || ParseCsvDate(text)) {
+        return std::nullopt;
+    }
+    if (digits == text.size() || std::stoi(std::string(text.substr(0, digits))) > 32767) {
+        return Quoted(text) + " is a date that cannot be read: a year is at most 32767";
+    }
+    const char mark = text[digits];
+    const std::string_view period = text.substr(digits + 1);
+    if (period.empty() || period.size() > 2 ||
+        period.find_first_not_of("0123456789") != std::string_view::npos) {
+        return std::nullopt;
+    }
+    if (mark == 'Q' || mark == 'q') {
+        return Quoted(text) + " is a date that cannot be read: a quarter is Q1 to Q4";
+    }
+    if (mark == 'M' || mark == 'm' || mark == '-') {
+        return Quoted(text) + " is a date that cannot be read: a month is 01 to 12";
+    }
+    return std::nullopt;
 }
 
 bool IsMissing(std::string_view trimmed) {
@@ -354,6 +448,7 @@ ImportedData ParseCsv(std::string_view text, const ImportOptions& options) {
     if (!std::isfinite(options.MissingCode)) {
         throw ImportError(0, 0, "the missing-value code must be a finite number");
     }
+    RefuseNonText(text);
     const std::vector<Row> rows = SplitRows(text);
     if (rows.empty()) {
         throw ImportError(1, 0, "the file is empty; its first line must hold the names");
@@ -375,8 +470,13 @@ ImportedData ParseCsv(std::string_view text, const ImportOptions& options) {
     bool dated = options.Dates == ImportOptions::DateColumn::Yes;
     const Field& firstCell = rows[1].Fields.front();
     if (options.Dates == ImportOptions::DateColumn::Detect) {
-        if (const auto date = ParseCsvDate(firstCell.Text)) {
+        const std::string cell = Trim(firstCell.Text);
+        if (const auto date = ParseCsvDate(cell)) {
             dated = date->PeriodsPerYear > 1 || IsDateHeading(header.Fields.front().Text);
+        } else if (const auto problem = DateProblem(cell);
+                   problem && (cell.find_first_of("QqMm-") != std::string::npos ||
+                               IsDateHeading(header.Fields.front().Text))) {
+            throw ImportError(firstCell.Line, 1, *problem);
         }
     }
     const int firstVariable = dated ? 2 : 1;
@@ -392,9 +492,14 @@ ImportedData ParseCsv(std::string_view text, const ImportOptions& options) {
         }
         if (name.size() > MaxNameLength) {
             throw ImportError(field.Line, c,
-                              "the name is " + std::to_string(name.size()) +
-                                  " characters long; at most " + std::to_string(MaxNameLength) +
-                                  " fit");
+                              "the name is " + LengthText(name) + "; at most " +
+                                  std::to_string(MaxNameLength) + " bytes fit");
+        }
+        // The work files carry names in double quotes, which end at the next quote.
+        if (name.find('"') != std::string::npos) {
+            throw ImportError(field.Line, c,
+                              "the name " + Quoted(name) +
+                                  " holds a double quote, which the work files cannot carry");
         }
         for (const char ch : name) {
             if (static_cast<unsigned char>(ch) < 0x20) {
@@ -443,7 +548,10 @@ ImportedData ParseCsv(std::string_view text, const ImportOptions& options) {
             const Field& cell = row.Fields.front();
             const auto date = ParseCsvDate(cell.Text);
             if (!date) {
-                throw ImportError(cell.Line, 1, Quoted(Trim(cell.Text)) + " is not a date");
+                const std::string trimmed = Trim(cell.Text);
+                throw ImportError(
+                    cell.Line, 1,
+                    DateProblem(trimmed).value_or(Quoted(trimmed) + " is not a date"));
             }
             if (!firstDate) {
                 firstDate = date;
@@ -481,11 +589,14 @@ ImportedData ParseCsv(std::string_view text, const ImportOptions& options) {
                 }
                 value = data.MissingCode;
                 ++data.MissingValues;
-            } else if (!ParseDouble(trimmed, value)) {
+            } else if (const Reading reading = ReadDouble(trimmed, value);
+                       reading != Reading::Number) {
                 throw ImportError(cell.Line, c,
-                                  Quoted(trimmed) + " in " + Quoted(data.Names[j]) +
-                                      " is not a number (a missing value is an empty cell, "
-                                      "NA or .)");
+                                  Quoted(trimmed) + " in " + Quoted(data.Names[j]) + " " +
+                                      NumberProblem(reading) +
+                                      (reading == Reading::NotANumber
+                                           ? " (a missing value is an empty cell, NA or .)"
+                                           : ""));
             } else if (value == EffectiveMissingCode(data.MissingCode)) {
                 // Decision: a real value is never taken for a missing one.
                 throw ImportError(cell.Line, c,
@@ -504,8 +615,8 @@ ImportedData ParseCsv(std::string_view text, const ImportOptions& options) {
     data.Description = options.Description.value_or("");
     if (data.Description.size() > MaxDescriptionLength) {
         throw ImportError(0, 0,
-                          "the description is longer than " + std::to_string(MaxDescriptionLength) +
-                              " characters");
+                          "the description is " + LengthText(data.Description) + "; at most " +
+                              std::to_string(MaxDescriptionLength) + " bytes fit");
     }
     return data;
 }
@@ -525,6 +636,7 @@ public:
     PendingFile& operator=(const PendingFile&) = delete;
 
     const std::filesystem::path& Temporary() const { return temporary_; }
+    const std::filesystem::path& Final() const { return final_; }
     void PutInPlace() {
         std::error_code error;
         std::filesystem::rename(temporary_, final_, error);
@@ -537,6 +649,49 @@ private:
     std::filesystem::path final_;
     std::filesystem::path temporary_;
 };
+
+// A file there already is replaced only when it may be written: one marked read-only is not
+// the import's to replace.
+void CheckReplaceable(const std::filesystem::path& file) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    if (std::filesystem::exists(status) &&
+        (status.permissions() & std::filesystem::perms::owner_write) ==
+            std::filesystem::perms::none) {
+        Raise(PathFileAccessError);
+    }
+}
+
+// Puts both files in place, or neither: the earlier first file is kept aside under another
+// name until the second is in place too, and comes back when the second fails.
+void PutBothInPlace(PendingFile& first, PendingFile& second) {
+    const std::filesystem::path kept = first.Final().string() + ".old";
+    std::error_code error;
+    std::filesystem::remove(kept, error);
+    const bool hadFirst = std::filesystem::exists(first.Final(), error);
+    if (hadFirst) {
+        // A second name for the same bytes, or a copy where links are not to be had.
+        std::filesystem::create_hard_link(first.Final(), kept, error);
+        if (error) {
+            std::filesystem::copy_file(first.Final(), kept, error);
+        }
+        if (error) {
+            Raise(PathFileAccessError);
+        }
+    }
+    try {
+        first.PutInPlace();
+        second.PutInPlace();
+    } catch (const RuntimeError&) {
+        if (hadFirst) {
+            std::filesystem::rename(kept, first.Final(), error);
+        } else {
+            std::filesystem::remove(first.Final(), error);
+        }
+        throw;
+    }
+    std::filesystem::remove(kept, error);
+}
 
 void WriteInput1(const ImportedData& data, const std::filesystem::path& file) {
     const Int16 obsCount(data.ObsCount());
@@ -645,8 +800,10 @@ Arguments ParseArguments(const std::vector<std::string>& arguments) {
         } else if (option == "--missing-code") {
             const std::string& text = needValue();
             double code = 0;
-            if (!ParseDouble(Trim(text), code)) {
-                throw ImportError(0, 0, "--missing-code needs a number, not " + Quoted(text));
+            if (const Reading reading = ReadDouble(Trim(text), code); reading != Reading::Number) {
+                throw ImportError(0, 0,
+                                  "--missing-code needs a number: " + Quoted(text) + " " +
+                                      NumberProblem(reading));
             }
             parsed.Options.MissingCode = code;
         } else {
@@ -682,10 +839,11 @@ void WriteDataFiles(const ImportedData& data, const std::filesystem::path& dataF
     try {
         PendingFile input1(workspace.DataFile("INPUT1.RAN"));
         PendingFile input2(workspace.DataFile("INPUT2.RAN"));
+        CheckReplaceable(input1.Final());
+        CheckReplaceable(input2.Final());
         WriteInput1(data, input1.Temporary());
         WriteInput2(data, input2.Temporary());
-        input1.PutInPlace();
-        input2.PutInPlace();
+        PutBothInPlace(input1, input2);
     } catch (...) {
         if (!existed) {
             std::filesystem::remove(workspace.DataSubfolder(), error);
@@ -694,16 +852,29 @@ void WriteDataFiles(const ImportedData& data, const std::filesystem::path& dataF
     }
 }
 
+std::optional<std::string> WorkFolderNameProblem(std::string_view folder) {
+    if (folder.find('"') != std::string_view::npos) {
+        return "the work folder " + Quoted(folder) +
+               " holds a double quote, which the work-folder files cannot carry";
+    }
+    if (!folder.empty() && (IsBlank(folder.front()) || IsBlank(folder.back()))) {
+        return "the work folder " + Quoted(folder) +
+               " begins or ends in a blank, which the module drops from its command line";
+    }
+    return std::nullopt;
+}
+
 std::string ImportUsage() {
     return R"(Usage: lorvane-import DATA.csv WORKFOLDER [options]
 
 Writes WORKFOLDER/LORVANE.DAT/INPUT1.RAN and INPUT2.RAN, the data files of the VAR
 module, from a CSV file. Any other file in LORVANE.DAT (OUTPUT.TXT among them) is left
-alone.
+alone. The name of WORKFOLDER may hold no double quote and no blank at either end.
 
 The CSV file: fields separated by commas, lines ended by LF or CR LF, an optional
 UTF-8 byte order mark, fields in double quotes where they hold commas or quotes.
-The first line holds the variable names (at most 500 characters each, all different).
+The first line holds the variable names (at most 500 bytes each: 500 characters of
+ASCII, fewer of other UTF-8 text; all different; no double quotes).
 Every other line is one observation; empty lines at the end are ignored. A cell that
 is empty, NA or . is a missing value; any other cell must be a number written with a
 decimal point.
@@ -726,7 +897,7 @@ Options (they override what the dates say):
   --first-period P   period of the first observation within its year
   --periods N        periods a year; without --type, 1 means annual, 4 quarterly,
                      12 monthly and any other number data type 4
-  --description TEXT description of the data set (at most 1500 characters;
+  --description TEXT description of the data set (at most 1500 bytes;
                      default: the name of the CSV file)
   --missing-code X   the number that stands for a missing value (default -99999.99);
                      0 means "no missing values" and is refused when some are missing
@@ -761,6 +932,10 @@ int RunImport(const std::vector<std::string>& arguments, std::ostream& out, std:
     }
     const std::filesystem::path csv = parsed.Positional[0];
     const std::filesystem::path workFolder = parsed.Positional[1];
+    if (const auto problem = WorkFolderNameProblem(parsed.Positional[1])) {
+        err << program << *problem << "\nNothing was written.\n";
+        return 2;
+    }
 
     std::error_code error;
     std::ifstream stream(csv, std::ios::binary);

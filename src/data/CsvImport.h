@@ -86,9 +86,14 @@ std::optional<CsvDate> ParseCsvDate(std::string_view text);
 std::string FrequencyText(const ImportedData& data);
 
 // Writes dataFolder/LORVANE.DAT/INPUT1.RAN and INPUT2.RAN (creating the folders). Both are
-// first written to temporary files beside them and renamed at the end, so that a failure
-// leaves the earlier files as they were. Throws RuntimeError on file errors.
+// first written to temporary files beside them and then both put in place, or neither: a
+// failure leaves the earlier files as they were. An earlier file marked read-only is not
+// replaced. Throws RuntimeError on file errors.
 void WriteDataFiles(const ImportedData& data, const std::filesystem::path& dataFolder);
+
+// Why the module could not run on a work folder of this name, or nothing: it drops blanks at
+// the ends of its command line, and its work-folder files carry the folder in double quotes.
+std::optional<std::string> WorkFolderNameProblem(std::string_view folder);
 
 // The command line of lorvane-import: arguments without the program name. Returns the exit
 // code: 0 done, 1 the data were refused, 2 bad arguments, 3 the files could not be written.

@@ -81,7 +81,8 @@ double ObservationLogLikelihood::At(int t, const Matrix& u) const {
 
 Matrix ReadResiduals(const Workspace& workspace, int T) {
     TextInput input(workspace.DataFile("U.TMP"));
-    const int k = input.ReadWhole();
+    const int k = input.ReadCount(1);
+    input.ExpectFields(k + static_cast<long long>(T) * k);
     for (int i = 1; i <= k; ++i) {
         input.ReadField();
     }

@@ -39,7 +39,8 @@ void WriteLFiles(EstimationView& view, const Matrix& L, int k) {
 
 Matrix ReadLFile(const Workspace& workspace, const std::string& name) {
     TextInput input(workspace.DataFile(name));
-    const int k = input.ReadWhole();
+    const int k = input.ReadCount(1);
+    input.ExpectFields(static_cast<long long>(k) * k);
     Matrix L(k, k);
     for (int i = 1; i <= k; ++i) {
         for (int j = 1; j <= k; ++j) {

@@ -15,7 +15,7 @@ struct Workspace;
 void WriteLFiles(EstimationView& view, const Matrix& L, int k);
 
 // L from VARL.TMP, or from a file of the same form (k, then the k by k elements row by row),
-// such as its saved copy BVARL.TMP.
+// such as its saved copy BVARL.TMP. A k below 1 or beyond the file's elements is its read error.
 Matrix ReadLFile(const Workspace& workspace, const std::string& name = "VARL.TMP");
 
 // The largest absolute difference between the elements of two k by k matrices.

@@ -11,21 +11,11 @@
 
 namespace lorvane {
 
-namespace {
-
-// The regression files do not fit the model on the screen.
-constexpr int InternalError = 51;
-
-} // namespace
-
 Int16 EstimateOLS(EstimationView& view, Int16 K, double T, Estimates& estimates) {
     view.Begin();
     view.Working();
-    RegressionReader reader(view.module);
+    RegressionReader reader(view.module, view.module.store().SelectedCount(), K);
     const RegressionLayout layout = reader.Layout();
-    if (layout.Total() != K) {
-        throw RuntimeError(InternalError, "Internal error");
-    }
     const int k = layout.k;
     const int n = static_cast<int>(T);
 

@@ -4,6 +4,7 @@
 
 #include "frame/Module.h"
 #include "frame/NumberText.h"
+#include "numeric/Pattern.h"
 #include "platform/EventPump.h"
 #include "specify/Deterministic.h"
 
@@ -30,19 +31,8 @@ void BuildRegressionFiles(Module& module, Int16& k, Int16& K, Int16& Zeros, doub
     const int m = store.DetermCount();
 
     // The zero pattern: Z(i, j) = 1 lets variable j enter equation i at every lag.
-    std::vector<std::vector<int>> Z(static_cast<std::size_t>(k),
-                                    std::vector<int>(static_cast<std::size_t>(k)));
-    {
-        TextInput pattern(module.DataFile("VARZERO.TMP"));
-        for (auto& row : Z) {
-            for (int& element : row) {
-                element = pattern.ReadWhole();
-            }
-        }
-    }
-    auto enters = [&Z](int i, int j) {
-        return Z[static_cast<std::size_t>(i - 1)][static_cast<std::size_t>(j - 1)] == 1;
-    };
+    const Pattern Z = ReadZeroOnePattern(module.DataFile("VARZERO.TMP"), k);
+    auto enters = [&Z](int i, int j) { return Z(i, j) == 1; };
 
     TextOutput ys(module.DataFile("YSURE.TMP"), TextOutput::Mode::Output);
     TextOutput xs(module.DataFile("XSURE.TMP"), TextOutput::Mode::Output);
@@ -111,14 +101,26 @@ int RegressionLayout::Offset(int i) const {
     return std::accumulate(counts.begin(), counts.begin() + (i - 1), 0);
 }
 
-RegressionReader::RegressionReader(const Workspace& workspace)
+RegressionReader::RegressionReader(const Workspace& workspace, int k, int K)
     : ys_(workspace.DataFile("YSURE.TMP")), xs_(workspace.DataFile("XSURE.TMP")) {
     layout_.k = ys_.ReadWhole();
-    for (int i = 1; i <= layout_.k; ++i) {
+    if (layout_.k != k) {
+        Raise(InternalError);
+    }
+    for (int i = 1; i <= k; ++i) {
         layout_.variables.push_back(ys_.ReadField());
     }
-    for (int i = 1; i <= layout_.k; ++i) {
-        layout_.counts.push_back(xs_.ReadWhole());
+    long long total = 0;
+    for (int i = 1; i <= k; ++i) {
+        const int count = xs_.ReadWhole();
+        if (count < 0 || count > K) {
+            Raise(InternalError);
+        }
+        layout_.counts.push_back(count);
+        total += count;
+    }
+    if (total != K) {
+        Raise(InternalError);
     }
     for (const int count : layout_.counts) {
         std::vector<std::string>& names = layout_.regressors.emplace_back();

@@ -42,10 +42,13 @@ struct RegressionLayout {
     }
 };
 
-// Reads the regression files from their start, one observation at a time.
+// Reads the regression files from their start, one observation at a time. The files must fit
+// the model being estimated, k equations with K regressors in all; heads that do not were
+// changed behind the estimation and are run-time error 51, Internal error, found before
+// anything is sized by them.
 class RegressionReader {
 public:
-    explicit RegressionReader(const Workspace& workspace);
+    RegressionReader(const Workspace& workspace, int k, int K);
 
     const RegressionLayout& Layout() const { return layout_; }
     // The next observation: y(1..k), and x(1..K) with the regressors of all equations end to end.

@@ -8,7 +8,7 @@ namespace lorvane {
 
 void ResidualPass(EstimationView& view, double T, const Vector& ybar, const std::string& method,
                   Estimates& estimates, Matrix* cross) {
-    RegressionReader reader(view.module);
+    RegressionReader reader(view.module, ybar.Size(), estimates.b.Size());
     const RegressionLayout& layout = reader.Layout();
     const int k = layout.k;
     const int K = layout.Total();

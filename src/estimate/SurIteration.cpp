@@ -13,6 +13,12 @@ Int16 EstimateSUR(EstimationView& view, const Matrix& L, double T, Int16 K, Int1
                   Estimates& estimates) {
     view.Begin();
     view.Working();
+    // The files of the regression and of L are read before anything is sized by them.
+    RegressionReader reader(view.module, view.module.store().SelectedCount(), K);
+    const RegressionLayout layout = reader.Layout();
+    if (L.Rows() != layout.k) {
+        Raise(InternalError);
+    }
     const int k = L.Rows();
     Matrix Li(k, k);
     double determinant = 0;
@@ -38,8 +44,6 @@ Int16 EstimateSUR(EstimationView& view, const Matrix& L, double T, Int16 K, Int1
         }
     }
 
-    RegressionReader reader(view.module);
-    const RegressionLayout layout = reader.Layout();
     const int n = static_cast<int>(T);
     std::vector<int> equationOf(static_cast<std::size_t>(K) + 1);
     for (int e = 1; e <= k; ++e) {

@@ -12,7 +12,8 @@ namespace lorvane {
 ParameterSet ReadParameterSet(const Workspace& workspace, double& T, const std::string& name) {
     TextInput input(workspace.DataFile(name));
     T = input.ReadNumber();
-    const int K = input.ReadWhole();
+    const int K = input.ReadCount(0);
+    input.ExpectFields(2LL * K + static_cast<long long>(K) * K);
     ParameterSet set;
     for (int q = 1; q <= K; ++q) {
         set.rows.push_back(input.ReadField());

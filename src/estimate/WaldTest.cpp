@@ -9,11 +9,13 @@ namespace lorvane {
 
 namespace {
 
-// T, the count n, the n rows and the n values.
+// T, the count n, the n rows and the n values. The file must hold them and one variance
+// matrix; a count below 1 would leave nothing to test and nothing to read.
 ParameterFile ReadParameterHead(TextInput& input) {
     ParameterFile parameters;
     parameters.T = input.ReadNumber();
-    const int n = input.ReadWhole();
+    const int n = input.ReadCount(1);
+    input.ExpectFields(2LL * n + static_cast<long long>(n) * n);
     for (int q = 1; q <= n; ++q) {
         parameters.rows.push_back(input.ReadField());
     }

@@ -4,6 +4,7 @@
 #include <limits>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "frame/DateText.h"
 #include "frame/Module.h"
@@ -29,6 +30,29 @@ std::size_t CountLines(const std::filesystem::path& file, std::size_t limit) {
     return count;
 }
 
+// Appends lines to the log whole, or not at all. A write that fails part way (a full disk, a
+// limit on the size of files) has left a torn piece of these lines at the end of the log: the
+// log is cut back to the length it had before, which takes back our own bytes and never
+// touches what was there. The failure is run-time error 75.
+void AppendWhole(const std::filesystem::path& log, const std::vector<std::string_view>& lines) {
+    std::string bytes;
+    for (const std::string_view line : lines) {
+        bytes.append(line).append("\r\n");
+    }
+    std::ofstream out(log, std::ios::binary | std::ios::app);
+    std::error_code error;
+    const std::uintmax_t before = std::filesystem::file_size(log, error);
+    if (!out || error) {
+        Raise(PathFileAccessError);
+    }
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    if (!out) {
+        std::filesystem::resize_file(log, before, error);
+        Raise(PathFileAccessError);
+    }
+}
+
 } // namespace
 
 void OpenLogSession(const Workspace& workspace, const Clock& clock) {
@@ -45,16 +69,14 @@ void OpenLogSession(const Workspace& workspace, const Clock& clock) {
         if (!built.empty()) {
             title += " [" + built + "]";
         }
-        TextOutput out(log, TextOutput::Mode::Append);
+        const std::string date = "Session date: " + SessionDateText(clock);
+        const std::string time = "Session time: " + ClockTimeText(clock.secondsSinceMidnight());
+        std::vector<std::string_view> header;
         if (!empty) {
-            out.PrintLine("");
-            out.PrintLine(Rule);
+            header = {"", Rule};
         }
-        out.PrintLine(title);
-        out.PrintLine("Session date: " + SessionDateText(clock));
-        out.PrintLine("Session time: " + ClockTimeText(clock.secondsSinceMidnight()));
-        out.PrintLine(Rule);
-        out.Close();
+        header.insert(header.end(), {title, date, time, Rule});
+        AppendWhole(log, header);
     } catch (const RuntimeError&) {
         // The session header is a courtesy; a log that cannot be written shows up later.
     }
@@ -69,9 +91,7 @@ void OpenLogSection(Module& module) {
 }
 
 void AppendToLog(const Workspace& workspace, std::string_view text) {
-    TextOutput out(workspace.DataFile("OUTPUT.TXT"), TextOutput::Mode::Append);
-    out.PrintLine(text);
-    out.Close();
+    AppendWhole(workspace.DataFile("OUTPUT.TXT"), {text});
 }
 
 } // namespace lorvane

@@ -18,8 +18,9 @@ void OpenLogSession(const Workspace& workspace, const Clock& clock);
 // there is one. A report once printed is no longer pending, so that no later section repeats it.
 void OpenLogSection(Module& module);
 
-// Appends text and a line end to the log; the log is opened, written and closed at once.
-// A file error is run-time error 75.
+// Appends text and a line end to the log; the log is opened, written and closed at once. The
+// append is whole or nothing: a write that fails part way takes its own bytes back, and a file
+// error is run-time error 75.
 void AppendToLog(const Workspace& workspace, std::string_view text);
 
 } // namespace lorvane

@@ -1,6 +1,8 @@
 #include "frame/RuntimeError.h"
 
 #include <cmath>
+#include <new>
+#include <stdexcept>
 
 namespace lorvane {
 
@@ -12,12 +14,16 @@ std::string StandardDescription(int number) {
         return "Invalid procedure call or argument";
     case Overflow:
         return "Overflow";
+    case OutOfMemory:
+        return "Out of memory";
     case SubscriptOutOfRange:
         return "Subscript out of range";
     case DivisionByZero:
         return "Division by zero";
     case TypeMismatch:
         return "Type mismatch";
+    case InternalError:
+        return "Internal error";
     case FileNotFound:
         return "File not found";
     case InputPastEndOfFile:
@@ -34,6 +40,20 @@ std::string StandardDescription(int number) {
 RuntimeError::RuntimeError(int number, std::string description)
     : std::runtime_error("Run-time error " + std::to_string(number) + ": " + description),
       number_(number), description_(std::move(description)) {}
+
+RuntimeError ErrorOfException(const std::exception& exception) {
+    if (const auto* error = dynamic_cast<const RuntimeError*>(&exception)) {
+        return *error;
+    }
+    if (dynamic_cast<const std::bad_alloc*>(&exception) != nullptr ||
+        dynamic_cast<const std::length_error*>(&exception) != nullptr) {
+        return RuntimeError::Of(OutOfMemory);
+    }
+    if (dynamic_cast<const std::out_of_range*>(&exception) != nullptr) {
+        return RuntimeError::Of(SubscriptOutOfRange);
+    }
+    return RuntimeError::Of(InternalError);
+}
 
 RuntimeError RuntimeError::Of(int number) {
     return RuntimeError(number, StandardDescription(number));

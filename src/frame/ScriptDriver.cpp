@@ -291,6 +291,9 @@ int ScriptDriver::RunLines(std::istream& script) {
         if (code != Done) {
             return code;
         }
+        if (afterLine_ && !module_.Ended()) {
+            afterLine_();
+        }
     }
     try {
         EnsureStarted();

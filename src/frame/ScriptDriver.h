@@ -4,6 +4,7 @@
 #include <istream>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lorvane {
@@ -25,6 +26,10 @@ public:
                  std::function<bool(const std::string&)> screenshot = {});
 
     void SetTrace(bool trace) { trace_ = trace; }
+    // Runs after every line that the module performed and survived, before the next line: lets
+    // a test change the work files between the screen that writes them and the one that reads
+    // them.
+    void SetAfterLine(std::function<void()> afterLine) { afterLine_ = std::move(afterLine); }
     // Runs the script and gives its exit code. Whatever the code, ACTIVEMODULE.TXT is removed
     // when this run's start wrote it.
     int Run(std::istream& script);
@@ -48,6 +53,7 @@ private:
     std::ostream& errors_;
     std::function<void()> start_;
     std::function<bool(const std::string&)> screenshot_;
+    std::function<void()> afterLine_;
     bool trace_ = false;
     bool started_ = false;
     // The start went through: the module runs and has written ACTIVEMODULE.TXT.

@@ -10,6 +10,7 @@
 #include "frame/NumberText.h"
 #include "frame/TextFile.h"
 #include "platform/Clock.h"
+#include "platform/FileLock.h"
 #include "platform/Processes.h"
 #include "platform/Random.h"
 #include "platform/Screens.h"
@@ -82,7 +83,17 @@ bool CanEnter(const std::filesystem::path& folder) {
 
 void SecondInstanceGuard(Module& module) {
     const std::filesystem::path active = module.WorkFile("ACTIVEMODULE.TXT");
+    // The module holds the work folder's lock from here to its end, so ACTIVEMODULE.TXT, written
+    // at the end of the start, always has a holder beside it while the module runs.
+    const FileLock::State lock =
+        module.platform().processes.holdLock(module.WorkFile(WorkFolderLockName));
     std::error_code error;
+    // Decision: a mark without a module that holds the lock was left by a module that was
+    // killed; it is stale, is removed, and the start goes on. While a module holds the lock (or
+    // when no lock can be had here) the mark stands and stops the start.
+    if (lock == FileLock::State::Taken && std::filesystem::exists(active, error)) {
+        std::filesystem::remove(active, error);
+    }
     if (std::filesystem::exists(active, error)) {
         std::string name;
         try {

@@ -2,10 +2,15 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace lorvane {
 
 class Module;
+
+// The file of the work folder whose advisory lock a running module holds from its start to its
+// end (the file itself stays). ACTIVEMODULE.TXT counts only while some module holds this lock.
+inline constexpr std::string_view WorkFolderLockName = "ACTIVEMODULE.LCK";
 
 // The process entry of the module: sets the parameter block and loads the frame, which
 // resolves the folders, passes the guards, opens the first screen and writes

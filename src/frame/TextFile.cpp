@@ -155,6 +155,20 @@ Int16 TextInput::ReadWhole() {
     return CInt(ReadNumber());
 }
 
+Int16 TextInput::ReadCount(int lowest, int highest) {
+    const Int16 count = ReadWhole();
+    if (count < lowest || count > highest) {
+        Raise(InputPastEndOfFile);
+    }
+    return count;
+}
+
+void TextInput::ExpectFields(long long fields) const {
+    if (fields < 0 || static_cast<unsigned long long>(fields) > content_.size() - position_) {
+        Raise(InputPastEndOfFile);
+    }
+}
+
 std::vector<std::string> ReadLines(const std::filesystem::path& file, std::size_t maxLines) {
     TextInput input(file);
     std::vector<std::string> lines;

@@ -54,6 +54,15 @@ public:
     double ReadNumber(); // error 13 when the field is not a number; an empty field is 0
     Int16 ReadWhole();   // a number rounded half to even into 16 bits
 
+    // The checks of a damaged work file. A count or size that cannot be right, or a file too
+    // short for the fields its counts announce, is the file's read error, error 62, raised
+    // before anything is sized by it: the reader stops at once instead of reading on.
+    // A whole number that must lie in lowest..highest.
+    Int16 ReadCount(int lowest, int highest = 32767);
+    // Raises the read error unless `fields` more fields can still follow; every field takes
+    // one character at least.
+    void ExpectFields(long long fields) const;
+
 private:
     std::string content_;
     std::size_t position_ = 0;

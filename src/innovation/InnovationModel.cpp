@@ -44,12 +44,23 @@ InnovationModel ReadInnovationModel(const Workspace& workspace, int n, int p, do
     model.n = n;
     model.p = p;
     model.T = T;
-    model.Z = ReadPattern(workspace.DataFile("VARZERO.TMP"), n);
+    model.Z = ReadZeroOnePattern(workspace.DataFile("VARZERO.TMP"), n);
     model.NA = p * model.Z.Ones();
+    model.LPattern = ReadZeroOnePattern(workspace.DataFile("VARLPAT.TMP"), n);
+    model.NL = model.LPattern.Ones();
 
+    // The estimates hold the NA lag and n d deterministic coefficients, and after a FIML or a
+    // structural estimate the NL elements of L: a parameter count of WALDT.TMP that disagrees
+    // with the patterns belongs to another model, and its numbers would be read into the wrong
+    // places.
+    const int coefficients = model.NA + n * d;
     TextInput input(workspace.DataFile("WALDT.TMP"));
     input.ReadNumber(); // T of the estimation; the sample gives it here
-    const Int16 names = input.ReadWhole();
+    const Int16 names = input.ReadCount(0);
+    if (names != coefficients && names != coefficients + model.NL) {
+        Raise(InputPastEndOfFile);
+    }
+    input.ExpectFields(2LL * names + static_cast<long long>(names) * names);
     for (int c = 1; c <= names; ++c) {
         input.ReadLine();
     }
@@ -75,8 +86,6 @@ InnovationModel ReadInnovationModel(const Workspace& workspace, int n, int p, do
         done();
     }
 
-    model.LPattern = ReadPattern(workspace.DataFile("VARLPAT.TMP"), n);
-    model.NL = model.LPattern.Ones();
     // Without a successful FIML the file ends with the coefficients' variance: L then comes
     // from VARL.TMP, and its variance, unknown, adds nothing to the standard errors.
     const bool lInFile = names > static_cast<int>(isLag.size());
@@ -85,7 +94,7 @@ InnovationModel ReadInnovationModel(const Workspace& workspace, int n, int p, do
     model.L.Resize(n, n);
     TextInput lFile(workspace.DataFile("VARL.TMP"));
     if (!lInFile) {
-        lFile.ReadWhole();
+        lFile.ReadCount(n, n);
     }
     for (int i = 1; i <= n; ++i) {
         for (int j = 1; j <= n; ++j) {

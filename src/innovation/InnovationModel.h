@@ -56,6 +56,8 @@ struct InnovationModel {
 // variance from WALDT.TMP, the pattern of L from VARLPAT.TMP. d is the number of
 // deterministic coefficients per equation; they and the covariances between the lag block
 // and the L block are read past. rowDone runs after each row read of the parameter file.
+// Patterns with other values than 0 and 1, or a parameter count of WALDT.TMP that does not
+// fit them, are the read error of the files (run-time error 62).
 InnovationModel ReadInnovationModel(const Workspace& workspace, int n, int p, double T, int d,
                                     const std::function<void()>& rowDone = {});
 

@@ -7,6 +7,7 @@
 #include "frame/RuntimeError.h"
 #include "frame/TextFile.h"
 #include "frame/Workspace.h"
+#include "innovation/ResponseOutput.h"
 
 namespace lorvane {
 
@@ -33,8 +34,7 @@ void MakePlotList(const Workspace& workspace) {
         return;
     }
     TextInput input(workspace.DataFile("VARIR2.TMP"));
-    const int H = input.ReadWhole();
-    const int n = input.ReadWhole();
+    const auto [H, n] = ReadResponseHead(input);
     std::vector<PlotListEntry> entries;
     for (int block = 1; block <= n * n; ++block) {
         entries.push_back({input.ReadField(), 0});

@@ -80,6 +80,15 @@ void WriteResponseFile(const Workspace& workspace, const Responses& psi, const R
     out.Close();
 }
 
+ResponseFileHead ReadResponseHead(TextInput& input) {
+    ResponseFileHead head;
+    head.H = input.ReadCount(0);
+    head.n = input.ReadCount(1);
+    // Each response: its title, M, and Psi and SE for every horizon.
+    input.ExpectFields(static_cast<long long>(head.n) * head.n * (2LL * head.H + 4));
+    return head;
+}
+
 void WriteDecompositionFile(const Workspace& workspace, const std::vector<std::string>& lines) {
     TextOutput out(workspace.DataFile("VARDECOMP.TMP"), TextOutput::Mode::Output);
     for (const std::string& line : lines) {

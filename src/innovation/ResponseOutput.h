@@ -9,6 +9,7 @@
 
 namespace lorvane {
 
+class TextInput;
 struct Workspace;
 
 // A variable's name as the responses show it: trimmed, and a name of more than 30 characters
@@ -34,6 +35,14 @@ std::string ResponseReport(const Responses& psi, const Responses& se,
 // variable, and Psi and SE for each horizon.
 void WriteResponseFile(const Workspace& workspace, const Responses& psi, const Responses& se,
                        const Vector& maxResponse, const std::vector<std::string>& names);
+
+// The head of VARIR2.TMP read from its start: H, at least 0, and n, at least 1. A file too short
+// for the n^2 responses they announce is its read error, found before anything is sized by them.
+struct ResponseFileHead {
+    int H = 0;
+    int n = 0;
+};
+ResponseFileHead ReadResponseHead(TextInput& input);
 
 // VARDECOMP.TMP: the lines of the decomposition table, each a quoted text.
 void WriteDecompositionFile(const Workspace& workspace, const std::vector<std::string>& lines);

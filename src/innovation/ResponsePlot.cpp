@@ -2,14 +2,16 @@
 
 #include "frame/TextFile.h"
 #include "frame/Workspace.h"
+#include "innovation/ResponseOutput.h"
 
 namespace lorvane {
 
 ResponsePlot ReadResponsePlot(const Workspace& workspace, int k) {
     TextInput input(workspace.DataFile("VARIR2.TMP"));
     ResponsePlot plot;
-    plot.H = input.ReadWhole();
-    plot.n = input.ReadWhole();
+    const ResponseFileHead head = ReadResponseHead(input);
+    plot.H = head.H;
+    plot.n = head.n;
     const int H = plot.H;
     plot.Psi.assign(static_cast<std::size_t>(H + 1), 0.0);
     plot.SE.assign(static_cast<std::size_t>(H + 1), 0.0);
@@ -32,8 +34,7 @@ ResponsePlot ReadResponsePlot(const Workspace& workspace, int k) {
 
 bool ResponsesWithVarianceOfL(const Workspace& workspace) {
     TextInput input(workspace.DataFile("VARIR2.TMP"));
-    const int H = input.ReadWhole();
-    const int n = input.ReadWhole();
+    const auto [H, n] = ReadResponseHead(input);
     bool impactUncertain = false;
     for (int block = 1; block <= n * n; ++block) {
         input.ReadField();  // title

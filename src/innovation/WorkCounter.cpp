@@ -14,10 +14,10 @@ void WorkCounter::RefreshOnly() const {
     }
 }
 
-Int16 TotalWork(int n, int H, int NA, int NL) {
-    const Int16 horizons = H + 1;
-    const Int16 derivatives = 2 * horizons * (NA + NL);
-    const Int16 responses = 2 * n * n * horizons;
+std::int64_t TotalWork(int n, int H, int NA, int NL) {
+    const std::int64_t horizons = static_cast<std::int64_t>(H) + 1;
+    const std::int64_t derivatives = 2 * horizons * (static_cast<std::int64_t>(NA) + NL);
+    const std::int64_t responses = 2 * static_cast<std::int64_t>(n) * n * horizons;
     return horizons + derivatives + responses;
 }
 

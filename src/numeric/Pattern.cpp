@@ -21,11 +21,24 @@ std::size_t Pattern::Offset(int i, int j) const {
 }
 
 Pattern ReadPattern(const std::filesystem::path& file, int n) {
-    Pattern pattern(n);
     TextInput input(file);
+    input.ExpectFields(n < 0 ? -1 : static_cast<long long>(n) * n);
+    Pattern pattern(n);
     for (int i = 1; i <= n; ++i) {
         for (int j = 1; j <= n; ++j) {
             pattern(i, j) = input.ReadWhole();
+        }
+    }
+    return pattern;
+}
+
+Pattern ReadZeroOnePattern(const std::filesystem::path& file, int n) {
+    Pattern pattern = ReadPattern(file, n);
+    for (int i = 1; i <= n; ++i) {
+        for (int j = 1; j <= n; ++j) {
+            if (pattern(i, j) != 0 && pattern(i, j) != 1) {
+                Raise(InputPastEndOfFile);
+            }
         }
     }
     return pattern;

@@ -31,7 +31,11 @@ private:
     std::vector<Int16> cells_;
 };
 
-// n * n whole numbers, one a line, row by row (VARZERO.TMP, VARLPAT.TMP, SVARA.TMP).
+// n * n whole numbers, one a line, row by row (VARZERO.TMP, VARLPAT.TMP, SVARA.TMP). A file
+// too short for them is its read error, found before the pattern is made.
 Pattern ReadPattern(const std::filesystem::path& file, int n);
+
+// A pattern of 0 and 1 (VARZERO.TMP, VARLPAT.TMP): any other value is the file's read error.
+Pattern ReadZeroOnePattern(const std::filesystem::path& file, int n);
 
 } // namespace lorvane

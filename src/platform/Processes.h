@@ -1,6 +1,10 @@
 #pragma once
 
+#include <filesystem>
+#include <memory>
 #include <string>
+
+#include "platform/FileLock.h"
 
 namespace lorvane {
 
@@ -17,6 +21,13 @@ public:
     // Takes the advisory lock that marks this executable as running, for the life of the
     // process; true when another instance holds it already.
     virtual bool previousInstanceRunning(const std::string& moduleName) = 0;
+    // Takes the advisory lock of a file (made when missing) and holds it from now on, for the
+    // life of the process; a later call gives up the lock it held. Says whether the lock was
+    // taken, or another holder has it, or it cannot be had here.
+    virtual FileLock::State holdLock(const std::filesystem::path& file);
+
+private:
+    std::unique_ptr<FileLock> held_;
 };
 
 } // namespace lorvane

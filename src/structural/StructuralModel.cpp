@@ -55,7 +55,8 @@ Pattern ReadStructuralPattern(const Workspace& workspace, int k) {
 
 std::vector<std::string> ReadResidualNames(const Workspace& workspace) {
     TextInput input(workspace.DataFile("U.TMP"));
-    const int k = input.ReadWhole();
+    const int k = input.ReadCount(1);
+    input.ExpectFields(k);
     std::vector<std::string> names;
     for (int i = 1; i <= k; ++i) {
         names.push_back(StripQuotes(input.ReadLine(), 0));

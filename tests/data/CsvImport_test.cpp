@@ -10,6 +10,7 @@
 #include "support/TestModule.h"
 
 using namespace lorvane;
+using namespace std::string_literals;
 using lorvane::test::ReadFile;
 using lorvane::test::TempFolder;
 using lorvane::test::WriteFile;
@@ -70,6 +71,14 @@ public:
     HeadlessEventPump events;
     DataStore store;
 };
+
+std::string Repeated(std::string_view text, int times) {
+    std::string repeated;
+    for (int i = 0; i < times; ++i) {
+        repeated += text;
+    }
+    return repeated;
+}
 
 double Number(std::string_view text) {
     double value = 0;
@@ -136,9 +145,10 @@ TEST(CsvImport, CalendarFromTheDateColumn) {
 
 TEST(CsvImport, TextConventions) {
     // Byte order mark, CR LF, quoted names and numbers, blanks around cells, the three
-    // missing forms, signs and exponents, blank lines at the end.
+    // missing forms, signs and exponents, blank lines at the end. (Doubled quotes, which no
+    // name may hold, are among the refusals.)
     const std::string csv = "\xEF\xBB\xBF"
-                            "\"gdp, real\",\"say \"\"hi\"\"\", c \r\n"
+                            "\"gdp, real\",\"say hi\", c \r\n"
                             "1.5, \"-2\" ,+3e2\r\n"
                             ",NA, .\r\n"
                             ".5,1E-3,-0.25\r\n"
@@ -146,7 +156,7 @@ TEST(CsvImport, TextConventions) {
     ImportOptions crossSection;
     crossSection.CrossSection = true;
     const ImportedData data = ParseCsv(csv, crossSection);
-    EXPECT_EQ(data.Names, (std::vector<std::string>{"gdp, real", "say \"hi\"", "c"}));
+    EXPECT_EQ(data.Names, (std::vector<std::string>{"gdp, real", "say hi", "c"}));
     const double m = DefaultMissingCode;
     EXPECT_EQ(data.Columns,
               (std::vector<std::vector<double>>{{1.5, m, 0.5}, {-2, m, 0.001}, {300, m, -0.25}}));
@@ -181,9 +191,22 @@ TEST(CsvImport, RefusedDataNameTheirPlaceAndWriteNothing) {
         {"a,b\n1,2\n3,abc\n", 3, 2, "\"abc\" in \"b\" is not a number"},
         {"a\n1\n\"1,5\"\n", 3, 1, "\"1,5\" in \"a\" is not a number"},
         {"a\n1\nnan\n", 3, 1, "\"nan\" in \"a\" is not a number"},
-        {"a\n1e999\n", 2, 1, "is not a number"},
+        {"a\n1e999\n", 2, 1,
+         "\"1e999\" in \"a\" is out of range (the largest number is about 1.8E+308)"},
+        {"a\n1e-400\n", 2, 1, "\"1e-400\" in \"a\" is out of range (the smallest number"},
         {"q,a\n1960Q1,1\n1960Q2,x1\n", 3, 2, "\"x1\" in \"a\" is not a number"},
         {"a," + std::string(501, 'n') + "\n1,2\n", 1, 2, "501 characters long; at most 500"},
+        {"a," + Repeated("\xC3\xA9", 300) + "\n1,2\n", 1, 2,
+         "300 characters long (600 bytes in UTF-8); at most 500 bytes fit"},
+        // The work files end a quoted name at its next quote.
+        {"a,\"b\"\"c\"\n1,2\n", 1, 2,
+         "the name \"b\"c\" holds a double quote, which the work files cannot carry"},
+        {"\xFF\xFE"
+         "a\0\n\0"
+         "1\0\n\0"s,
+         1, 0, "the file is UTF-16 text"},
+        {"a\0,\0b\0\n\0"s, 1, 0, "the file is UTF-16 text"},
+        {"a,b\n1,2\n3,\0\n"s, 3, 0, "a NUL byte (character 0): the file is not text"},
         {"a,b,a\n1,2,3\n", 1, 3, "\"a\" is already the name of column 1"},
         {"a, ,c\n1,2,3\n", 1, 2, "the name is empty"},
         {"a,b\n", 2, 0, "no observations below the names of line 1"},
@@ -195,6 +218,11 @@ TEST(CsvImport, RefusedDataNameTheirPlaceAndWriteNothing) {
         {"year,a\n1960,1\n1962,2\n", 3, 1, "(expected 1961)"},
         {"d,a\n1960Q1,1\n1960M04,2\n", 3, 1, "is not of the same kind as \"1960Q1\""},
         {"d,a\n1960Q1,1\nfoo,2\n", 3, 1, "\"foo\" is not a date"},
+        {"q,a\n1960Q5,1\n", 2, 1,
+         "\"1960Q5\" is a date that cannot be read: a quarter is Q1 to Q4"},
+        {"q,a\n1960Q4,1\n1960Q5,2\n", 3, 1, "\"1960Q5\" is a date that cannot be read"},
+        {"d,a\n1960M13,1\n", 2, 1, "a month is 01 to 12"},
+        {"year,a\n40000,1\n", 2, 1, "a year is at most 32767"},
         {"d\n1960Q1\n", 1, 0, "there are no variables"},
         {"a,b\n1,\"2\n", 2, 2, "never closed"},
         {"a,b\n1,\"2\"x\n", 2, 2, "unexpected text after the closing quote"},
@@ -242,6 +270,54 @@ TEST(CsvImport, RefusedDataNameTheirPlaceAndWriteNothing) {
     ImportFolder fresh;
     EXPECT_EQ(fresh.ImportText("a,b\n1,x\n").Code, 1);
     EXPECT_FALSE(std::filesystem::exists(fresh.DataDir()));
+}
+
+TEST(CsvImport, LimitsAreBytesAndDateFormsNeedAHeadingOrAMark) {
+    // 250 two-byte characters fill a name's 500 bytes.
+    const ImportedData wide =
+        ParseCsv("a," + Repeated("\xC3\xA9", 250) + "\n1,2\n", ImportOptions{});
+    EXPECT_EQ(wide.Names[1].size(), 500u);
+    // A first column of numbers beyond any year is a variable, not a bad date.
+    EXPECT_EQ(ParseCsv("x,a\n40000,1\n", ImportOptions{}).VarCount(), 2);
+    EXPECT_EQ(ParseCsv("a\n1e-320\n", ImportOptions{}).Columns[0][0], 1e-320);
+}
+
+// Both data files are written beside their places and then put in place both, or neither.
+TEST(CsvImport, BothDataFilesAreReplacedOrNeither) {
+    ImportFolder folder;
+    ASSERT_EQ(folder.ImportText("a,b\n1,2\n3,4\n").Code, 0);
+    const std::string input1 = ReadFile(folder.Input1());
+    const std::string input2 = ReadFile(folder.Input2());
+    auto refused = [&](const std::string& what) {
+        SCOPED_TRACE(what);
+        const ImportRun run = folder.ImportText("x,y,z\n5,6,7\n");
+        EXPECT_EQ(run.Code, 3);
+        EXPECT_NE(run.Err.find("Nothing was written."), std::string::npos) << run.Err;
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.DataDir()),
+                                std::filesystem::directory_iterator()),
+                  2);
+    };
+
+    // An INPUT2.RAN marked read-only is not replaced, and so INPUT1.RAN is not either.
+    using std::filesystem::perms;
+    std::filesystem::permissions(folder.Input2(), perms::owner_read | perms::group_read);
+    refused("read-only");
+    EXPECT_EQ(ReadFile(folder.Input1()), input1);
+    EXPECT_EQ(ReadFile(folder.Input2()), input2);
+    std::filesystem::permissions(folder.Input2(), perms::owner_write,
+                                 std::filesystem::perm_options::add);
+
+    // An INPUT2.RAN that no file can replace: INPUT1.RAN, already in place, comes back.
+    std::filesystem::remove(folder.Input2());
+    std::filesystem::create_directories(folder.Input2() / "inside");
+    refused("a folder");
+    EXPECT_EQ(ReadFile(folder.Input1()), input1);
+    // Without an earlier INPUT1.RAN, none stays behind.
+    std::filesystem::remove(folder.Input1());
+    WriteFile(folder.DataDir() / "OUTPUT.TXT", "log\r\n");
+    refused("no INPUT1.RAN");
+    EXPECT_FALSE(std::filesystem::exists(folder.Input1()));
+    EXPECT_EQ(ReadFile(folder.DataDir() / "OUTPUT.TXT"), "log\r\n");
 }
 
 TEST(CsvImport, GapsAreRefusedOnlyInsideAnUndatedSeries) {
@@ -438,4 +514,15 @@ TEST(CsvImport, CommandLineProblems) {
     const ImportRun blocked = Import({csv, (folder.temp.Path() / "file").string()});
     EXPECT_EQ(blocked.Code, 3);
     EXPECT_NE(blocked.Err.find("cannot write"), std::string::npos);
+
+    // Work folders the module cannot take: it drops blanks at the ends of its command line, and
+    // its files carry the folder in double quotes.
+    for (const std::string& name : {work + " ", " " + work, work + "\"x"}) {
+        const ImportRun run = Import({csv, name});
+        EXPECT_EQ(run.Code, 2) << name;
+        EXPECT_NE(run.Err.find(name.back() == 'x' ? "holds a double quote" : "ends in a blank"),
+                  std::string::npos)
+            << run.Err;
+        EXPECT_FALSE(std::filesystem::exists(name));
+    }
 }

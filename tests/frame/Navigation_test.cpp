@@ -1,5 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <new>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
 #include "frame/ModuleEnded.h"
 #include "support/TestModule.h"
 #include "support/TestScreens.h"
@@ -177,4 +183,26 @@ TEST_F(NavigationTest, AnUncaughtRunTimeErrorEndsTheModule) {
     EXPECT_TRUE(module().Ended());
     EXPECT_FALSE(std::filesystem::exists(active));
     EXPECT_TRUE(test.processes().Requests().empty());
+}
+
+TEST_F(NavigationTest, AStandardExceptionEndsTheModuleAsARunTimeError) {
+    // An allocation that fails, or a size no container can hold, is "Out of memory"; any other
+    // standard exception an internal error. The module ends in order instead of aborting.
+    const std::vector<std::pair<std::function<void()>, int>> cases = {
+        {[] { throw std::bad_alloc(); }, OutOfMemory},
+        {[] { std::vector<double>(static_cast<std::size_t>(-1) / 4); }, OutOfMemory},
+        {[] { throw std::out_of_range("at"); }, SubscriptOutOfRange},
+        {[] { throw std::logic_error("other"); }, InternalError},
+        {[] { Raise(DivisionByZero); }, DivisionByZero}};
+    for (const auto& [action, number] : cases) {
+        TestModule fresh;
+        WriteFile(fresh.module().WorkFile("ACTIVEMODULE.TXT"), "VAR\r\n");
+        fresh.module().Run(action);
+        EXPECT_TRUE(fresh.module().Ended());
+        ASSERT_TRUE(fresh.module().Failure().has_value());
+        EXPECT_EQ(fresh.module().Failure()->Number(), number);
+        EXPECT_FALSE(std::filesystem::exists(fresh.module().WorkFile("ACTIVEMODULE.TXT")));
+    }
+    EXPECT_EQ(RuntimeError::Of(OutOfMemory).MessageText(),
+              "Run-time error '7':\r\n\r\nOut of memory");
 }

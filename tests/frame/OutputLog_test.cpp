@@ -1,12 +1,21 @@
 #include <gtest/gtest.h>
 
 #ifdef __linux__
+#include <csignal>
+#include <fstream>
+#include <functional>
+
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #endif
 
 #include "frame/DateText.h"
 #include "frame/Module.h"
 #include "frame/OutputLog.h"
+#include "frame/RuntimeError.h"
 #include "support/TestModule.h"
 
 using namespace lorvane;
@@ -124,6 +133,96 @@ TEST(AppendToLog, AppendsWholeLinesAndNeverRewrites) {
     AppendToLog(test.module(), "");
     EXPECT_EQ(ReadFile(log), "kept\r\nfirst\r\nsecond\r\n\r\n");
 }
+
+#ifdef __linux__
+namespace {
+
+// Runs a piece of the test in a child process, whose limits and mounts die with it; the child's
+// exit code: 0 when it held, 1 when not, 77 when the child could not set up its conditions.
+int InChild(const std::function<int()>& body) {
+    const pid_t child = fork();
+    if (child == 0) {
+        _exit(body());
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+// A report that fails part way leaves the log as it was, and the failure is error 75.
+int AppendFailsWhole(Module& module, const std::filesystem::path& log) {
+    std::string report;
+    for (int line = 1; line <= 400; ++line) {
+        report += "Equation " + std::to_string(line) + ": coefficients and their t-values\r\n";
+    }
+    const std::string before = ReadFile(log);
+    try {
+        AppendToLog(module, report);
+        return 1;
+    } catch (const RuntimeError& error) {
+        return error.Number() == PathFileAccessError && ReadFile(log) == before ? 0 : 1;
+    }
+}
+
+// Writes beyond a limit on the size of files fail, as on a full disk.
+bool LimitFileSize(rlim_t bytes) {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{bytes, bytes};
+    return setrlimit(RLIMIT_FSIZE, &limit) == 0;
+}
+
+} // namespace
+
+TEST(AppendToLog, AWriteBeyondTheFileSizeLimitTakesItsBytesBack) {
+    TestModule test;
+    Module& module = test.module();
+    const auto log = module.DataFile("OUTPUT.TXT");
+    WriteFile(log, "kept\r\n");
+    EXPECT_EQ(InChild([&] { return LimitFileSize(4096) ? AppendFailsWhole(module, log) : 77; }), 0);
+    // The session header too is whole or nothing, and silent.
+    EXPECT_EQ(InChild([&] {
+                  if (!LimitFileSize(40)) {
+                      return 77;
+                  }
+                  OpenLogSession(module, test.clock());
+                  return ReadFile(log) == "kept\r\n" ? 0 : 1;
+              }),
+              0);
+    EXPECT_EQ(ReadFile(log), "kept\r\n");
+    AppendToLog(module, "later");
+    EXPECT_EQ(ReadFile(log), "kept\r\nlater\r\n");
+}
+
+// A full disk: a small file system of its own, where the child may mount one.
+TEST(AppendToLog, AFullDiskLeavesNoTornLine) {
+    TestModule test;
+    const auto disk = test.Root() / "disk";
+    std::filesystem::create_directories(disk);
+    const int code = InChild([&] {
+        if (unshare(CLONE_NEWNS) != 0 ||
+            mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount("tmpfs", disk.c_str(), "tmpfs", 0, "size=64k") != 0) {
+            return 77;
+        }
+        Module& module = test.module();
+        module.DataFolder = disk;
+        std::filesystem::create_directories(module.DataSubfolder());
+        const auto log = module.DataFile("OUTPUT.TXT");
+        WriteFile(log, "kept\r\n");
+        // Fill the disk to its last byte.
+        std::ofstream filler(disk / "filler", std::ios::binary);
+        const std::string block(512, 'x');
+        while (filler.write(block.data(), static_cast<std::streamsize>(block.size())) &&
+               filler.flush()) {
+        }
+        return AppendFailsWhole(module, log);
+    });
+    if (code == 77) {
+        GTEST_SKIP() << "no small file system can be mounted here";
+    }
+    EXPECT_EQ(code, 0);
+}
+#endif
 
 TEST(DateText, WeekdayMonthDayYear) {
     EXPECT_EQ(DateText(2026, 11, 22), "Sunday November 22, 2026");

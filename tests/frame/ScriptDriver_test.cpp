@@ -5,6 +5,7 @@
 
 #include "frame/ScriptDriver.h"
 #include "frame/Startup.h"
+#include "platform/FileLock.h"
 #include "support/TestModule.h"
 #include "support/TestScreens.h"
 
@@ -142,6 +143,7 @@ TEST_F(ScriptDriverTest, EveryEndOfARunRemovesItsActiveModuleFile) {
 }
 
 TEST_F(ScriptDriverTest, ABoxWithoutAnAnswerGivesThree) {
+    const FileLock running(test.Root() / "work" / WorkFolderLockName);
     WriteFile(test.Root() / "work" / "ACTIVEMODULE.TXT", "\"VAR\"\r\n");
     EXPECT_EQ(Run("expect-screen SelVar1\n"), ScriptDriver::NoAnswer);
     EXPECT_EQ(test.Echo(), "[box] Error! | A previous instance of Lorvane module VAR is running! "
@@ -150,6 +152,7 @@ TEST_F(ScriptDriverTest, ABoxWithoutAnAnswerGivesThree) {
 }
 
 TEST_F(ScriptDriverTest, AnswersBeforeTheFirstActionServeTheStart) {
+    const FileLock running(test.Root() / "work" / WorkFolderLockName);
     WriteFile(test.Root() / "work" / "ACTIVEMODULE.TXT", "\"VAR\"\r\n");
     EXPECT_EQ(Run("answer OK\nexpect-screen SelVar1\n"), ScriptDriver::ExpectFailed);
     EXPECT_EQ(errors.str(), "line 2: the module has ended; this line and the rest were not run\n");

@@ -3,6 +3,7 @@
 #include "frame/DrivePaths.h"
 #include "frame/ModuleEnded.h"
 #include "frame/Startup.h"
+#include "platform/FileLock.h"
 #include "support/TestModule.h"
 #include "support/TestScreens.h"
 
@@ -165,6 +166,9 @@ TEST_F(StartupTest, StartDirNamingAGoneFolderIsWrittenAnew) {
 }
 
 TEST_F(StartupTest, ARunningModuleStopsTheStartAndItsFileStays) {
+    // The running module holds the lock of the work folder.
+    const FileLock running(Work() / WorkFolderLockName);
+    ASSERT_EQ(running.state(), FileLock::State::Taken);
     WriteFile(Work() / "ACTIVEMODULE.TXT", "\"VAR\"\r\n");
     test.dialogs().QueueAnswer("OK");
     Start(Work().string());
@@ -179,12 +183,36 @@ TEST_F(StartupTest, ARunningModuleStopsTheStartAndItsFileStays) {
     // An unreadable file is deleted and the start goes on.
     TestModule second;
     second.module().UseScreenTable(ProbeTable({"SelVar1"}));
+    const FileLock holder(second.Root() / "work" / WorkFolderLockName);
     WriteFile(second.Root() / "work" / "ACTIVEMODULE.TXT", "");
     second.module().Run([&] {
         ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start");
     });
     EXPECT_FALSE(second.module().Ended());
     EXPECT_EQ(second.module().CurrentScreen, "SelVar1");
+}
+
+// A module that was killed left its mark but holds no lock: the mark is stale.
+TEST_F(StartupTest, AMarkWithoutALockHolderIsStaleAndTheStartGoesOn) {
+    WriteFile(Work() / "ACTIVEMODULE.TXT", "\"KILLED\"\r\n");
+    {
+        // A module that held the lock and ended.
+        const FileLock ended(Work() / WorkFolderLockName);
+    }
+    Start(Work().string());
+    EXPECT_FALSE(module().Ended());
+    EXPECT_TRUE(test.dialogs().Shown().empty());
+    EXPECT_EQ(module().CurrentScreen, "SelVar1");
+    EXPECT_EQ(ReadFile(Work() / "ACTIVEMODULE.TXT"), "\"VAR\"\r\n");
+    // The new module holds the lock now: a start beside it sees its mark and stops.
+    EXPECT_EQ(FileLock(Work() / WorkFolderLockName).state(), FileLock::State::HeldElsewhere);
+    TestModule beside;
+    beside.module().UseScreenTable(ProbeTable({"SelVar1"}));
+    beside.dialogs().QueueAnswer("OK");
+    beside.module().Run([&] { ModuleEntry(beside.module(), Work().string(), Exe()); });
+    EXPECT_TRUE(beside.module().Ended());
+    EXPECT_EQ(beside.dialogs().Shown().size(), 1u);
+    EXPECT_EQ(ReadFile(Work() / "ACTIVEMODULE.TXT"), "\"VAR\"\r\n");
 }
 
 TEST_F(StartupTest, ATestRunWritesNoActiveModuleAndStartsNothing) {

@@ -86,3 +86,22 @@ TEST(Workspace, NamesUnderTheDataFolderAreFoldedToUpperCase) {
     EXPECT_TRUE(WildcardMatch("IRP?????.BMP", "irp00001.bmp"));
     EXPECT_FALSE(WildcardMatch("IRP?????.BMP", "IRP0001.BMP"));
 }
+
+TEST(TextFiles, CountsAndRoomOfADamagedFile) {
+    TempFolder temp;
+    const auto file = temp.Path() / "C.TMP";
+    WriteFile(file, "3\r\n-1\r\n40000\r\na,b\r\n");
+    TextInput in(file);
+    EXPECT_EQ(in.ReadCount(1, 3), 3);
+    EXPECT_EQ(ErrorNumberOf([&] { in.ReadCount(0); }), InputPastEndOfFile);
+    // A count beyond 16 bits is the overflow of the whole number that holds it.
+    EXPECT_EQ(ErrorNumberOf([&] { in.ReadCount(0); }), Overflow);
+    // "a,b\r\n" holds 2 fields and 5 characters: at most 5 fields can follow.
+    in.ExpectFields(5);
+    EXPECT_EQ(ErrorNumberOf([&] { in.ExpectFields(6); }), InputPastEndOfFile);
+    EXPECT_EQ(ErrorNumberOf([&] { in.ExpectFields(-1); }), InputPastEndOfFile);
+    EXPECT_EQ(in.ReadField(), "a");
+    EXPECT_EQ(in.ReadField(), "b");
+    in.ExpectFields(0);
+    EXPECT_EQ(ErrorNumberOf([&] { in.ExpectFields(1); }), InputPastEndOfFile);
+}

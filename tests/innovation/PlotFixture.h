@@ -103,6 +103,7 @@ public:
     Module& module() { return module_; }
     ScriptedDialogs& dialogs() { return dialogs_; }
     CountedProcesses& processes() { return processes_; }
+    const std::filesystem::path& Root() const { return folder_.Path(); }
 
 private:
     TempFolder folder_;
