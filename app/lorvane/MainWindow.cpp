@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QStandardPaths>
 #include <QStatusBar>
@@ -203,6 +204,10 @@ bool MainWindow::importAndStart() {
     }
     const QString folder = QDir::cleanPath(QFileInfo(chosen).absoluteFilePath());
     const std::filesystem::path path = Path(folder);
+    if (const auto problem = WorkFolderNameProblem(path.string())) {
+        return refuse(
+            tr("Lorvane cannot use this work folder: %1.").arg(QString::fromStdString(*problem)));
+    }
     if (const auto active = ActiveModule(path)) {
         return refuse(InUseText(active));
     }
@@ -238,6 +243,9 @@ bool MainWindow::startModule() {
     }
     try {
         WriteStartupFiles(path);
+        const QScreen* where = screen();
+        const QSize room = where != nullptr ? where->availableGeometry().size() : QSize();
+        WriteFullSize(path, FillsScreen(room.width(), room.height()));
     } catch (const RuntimeError& failed) {
         return refuse(tr("The work folder %1 cannot be written (%2).")
                           .arg(Shown(workFolder_), QString::fromStdString(failed.Description())));

@@ -4,7 +4,9 @@
 
 #include "frame/DrivePaths.h"
 #include "frame/RuntimeError.h"
+#include "frame/Startup.h"
 #include "frame/TextFile.h"
+#include "platform/FileLock.h"
 
 namespace lorvane::desktop {
 
@@ -58,9 +60,28 @@ void WriteStartupFiles(const std::filesystem::path& workFolder) {
     }
 }
 
+bool FillsScreen(int width, int height) {
+    // Decision: full size from one and a half times the design size on.
+    constexpr int DesignWidth = 640;
+    constexpr int DesignHeight = 480;
+    return 2 * width >= 3 * DesignWidth && 2 * height >= 3 * DesignHeight;
+}
+
+void WriteFullSize(const std::filesystem::path& workFolder, bool full) {
+    TextOutput out(WorkFolderSpace(workFolder).WorkFile("fullsize.txt"), TextOutput::Mode::Output);
+    out.WriteRecord(CommaRecord().Whole(full ? 1 : 0));
+    out.Close();
+}
+
 std::optional<std::string> ActiveModule(const std::filesystem::path& workFolder) {
     const std::filesystem::path file = WorkFolderSpace(workFolder).WorkFile("ACTIVEMODULE.TXT");
     if (!IsFile(file)) {
+        return std::nullopt;
+    }
+    // The mark counts while the module that wrote it holds the work folder's lock. One without
+    // a holder was left by a module that was killed: the next start of the module removes it.
+    if (FileLock(WorkFolderSpace(workFolder).WorkFile(WorkFolderLockName)).state() ==
+        FileLock::State::Taken) {
         return std::nullopt;
     }
     try {

@@ -19,8 +19,18 @@ Workspace WorkFolderSpace(const std::filesystem::path& workFolder);
 // RuntimeError when the folder cannot be written.
 void WriteStartupFiles(const std::filesystem::path& workFolder);
 
+// Whether the module's frame fills a screen with this much room (in pixels): where the room is
+// half as large again as the frame's design size (640 x 480) both ways, the design size looks
+// small and the module runs in full size.
+bool FillsScreen(int width, int height);
+
+// fullsize.txt, which tells the module whether to fill the screen: 1 or 0. Throws RuntimeError
+// when the folder cannot be written.
+void WriteFullSize(const std::filesystem::path& workFolder, bool full);
+
 // The module that is using the work folder (the name in ACTIVEMODULE.TXT), or nothing when no
-// module is; an unreadable file gives an empty name.
+// module is: no mark, or a stale one that no running module holds the folder's lock for. An
+// unreadable mark gives an empty name.
 std::optional<std::string> ActiveModule(const std::filesystem::path& workFolder);
 
 // Whether the work folder holds a data set: both data files of LORVANE.DAT.

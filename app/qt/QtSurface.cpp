@@ -4,8 +4,10 @@
 
 #include <QFile>
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPen>
+#include <QScreen>
 
 #include "Style.h"
 
@@ -22,14 +24,32 @@ constexpr int TextPixels = 11;
 
 } // namespace
 
-QtSurface::QtSurface(int widthPixels, int heightPixels)
+QtSurface::QtSurface(int widthPixels, int heightPixels, double pixelRatio)
     : ScaledSurface(widthPixels, heightPixels),
       image_(Scale().widthPixels, Scale().heightPixels, QImage::Format_RGB32),
       font_(SansFont(TextPoints)) {
     image_.setDotsPerMeterX(DotsPerMeter);
     image_.setDotsPerMeterY(DotsPerMeter);
     image_.fill(Qt::white);
+    if (pixelRatio > 1) {
+        shown_ =
+            QImage(static_cast<int>(std::ceil(image_.width() * pixelRatio)),
+                   static_cast<int>(std::ceil(image_.height() * pixelRatio)), QImage::Format_RGB32);
+        shown_.setDevicePixelRatio(pixelRatio);
+        shown_.fill(Qt::white);
+    }
     font_.setPixelSize(TextPixels);
+}
+
+template <typename Draw> void QtSurface::paint(const Draw& draw) {
+    {
+        QPainter painter(&image_);
+        draw(painter);
+    }
+    if (!shown_.isNull()) {
+        QPainter painter(&shown_);
+        draw(painter);
+    }
 }
 
 QPointF QtSurface::toPixels(double x, double y) const {
@@ -56,36 +76,45 @@ QPen QtSurface::pen(Colour colour) const {
 
 void QtSurface::clear(Colour background) {
     image_.fill(ToQColor(background));
+    if (!shown_.isNull()) {
+        shown_.fill(ToQColor(background));
+    }
 }
 
 void QtSurface::line(double x1, double y1, double x2, double y2, Colour colour) {
-    QPainter painter(&image_);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(pen(colour));
-    painter.drawLine(toPixels(x1, y1), toPixels(x2, y2));
+    paint([&](QPainter& painter) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(pen(colour));
+        painter.drawLine(toPixels(x1, y1), toPixels(x2, y2));
+    });
 }
 
 void QtSurface::box(double x1, double y1, double x2, double y2, Colour colour) {
-    QPainter painter(&image_);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(pen(colour));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRect(QRectF(toPixels(x1, y1), toPixels(x2, y2)).normalized());
+    paint([&](QPainter& painter) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(pen(colour));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(QRectF(toPixels(x1, y1), toPixels(x2, y2)).normalized());
+    });
 }
 
 void QtSurface::dot(double x, double y, Colour colour) {
-    QPainter painter(&image_);
-    painter.setRenderHint(QPainter::Antialiasing);
     const QPointF centre = toPixels(x, y);
-    if (DrawWidth() <= 1) {
-        painter.setPen(ToQColor(colour));
-        painter.drawPoint(QPoint(static_cast<int>(std::floor(centre.x())),
-                                 static_cast<int>(std::floor(centre.y()))));
-        return;
-    }
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ToQColor(colour));
-    painter.drawEllipse(centre, DrawWidth() / 2, DrawWidth() / 2);
+    paint([&](QPainter& painter) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        if (DrawWidth() <= 1) {
+            painter.setPen(ToQColor(colour));
+            painter.drawPoint(QPoint(static_cast<int>(std::floor(centre.x())),
+                                     static_cast<int>(std::floor(centre.y()))));
+            return;
+        }
+        // Decision: a heavy dot is a disc two and a half times as wide as the pen, so that the
+        // bands show on the bitmap and on the screen.
+        const double radius = 1.25 * DrawWidth();
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ToQColor(colour));
+        painter.drawEllipse(centre, radius, radius);
+    });
 }
 
 double QtSurface::textWidth(const std::string& text) const {
@@ -99,14 +128,15 @@ double QtSurface::textHeight(const std::string& /*text*/) const {
 }
 
 void QtSurface::text(double x, double y, const std::string& text, Colour colour) {
-    QPainter painter(&image_);
-    painter.setRenderHint(QPainter::TextAntialiasing);
-    painter.setFont(font_);
-    painter.setPen(ToQColor(colour));
     // The position is the text's top left corner.
     const QFontMetricsF metrics(font_, &image_);
     const QPointF at = toPixels(x, y);
-    painter.drawText(QPointF(at.x(), at.y() + metrics.ascent()), ToQt(text));
+    paint([&](QPainter& painter) {
+        painter.setRenderHint(QPainter::TextAntialiasing);
+        painter.setFont(font_);
+        painter.setPen(ToQColor(colour));
+        painter.drawText(QPointF(at.x(), at.y() + metrics.ascent()), ToQt(text));
+    });
 }
 
 bool QtSurface::saveBitmap(const std::filesystem::path& file) const {
@@ -114,7 +144,9 @@ bool QtSurface::saveBitmap(const std::filesystem::path& file) const {
 }
 
 std::unique_ptr<Surface> QtSurfaceFactory::create(int widthPixels, int heightPixels) {
-    return std::make_unique<QtSurface>(widthPixels, heightPixels);
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return std::make_unique<QtSurface>(widthPixels, heightPixels,
+                                       screen != nullptr ? screen->devicePixelRatio() : 1);
 }
 
 } // namespace lorvane::gui

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -16,6 +17,7 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QTextCursor>
 #include <QTimer>
 
 #include "Style.h"
@@ -66,6 +68,31 @@ const Control* ContainerOf(const Screen& screen, const Control& option) {
     return container;
 }
 
+// A report that grows is followed to its end; any other change of the text keeps the place the
+// user scrolled to, as far as the new text reaches.
+void ShowText(QPlainTextEdit* text, const QString& shown) {
+    const QString old = text->toPlainText();
+    if (old == shown) {
+        return;
+    }
+    QScrollBar* down = text->verticalScrollBar();
+    QScrollBar* across = text->horizontalScrollBar();
+    if (!old.isEmpty() && shown.startsWith(old)) {
+        QTextCursor end(text->document());
+        end.movePosition(QTextCursor::End);
+        end.insertText(shown.mid(old.size()));
+        text->setTextCursor(end);
+        down->setValue(down->maximum());
+        across->setValue(across->minimum());
+        return;
+    }
+    const int top = down->value();
+    const int left = across->value();
+    text->setPlainText(shown);
+    down->setValue(top);
+    across->setValue(left);
+}
+
 } // namespace
 
 PictureWidget::PictureWidget(QWidget* parent) : QWidget(parent) {
@@ -87,8 +114,8 @@ void PictureWidget::setPicture(const QtSurface* surface, double pixelsPerTwip) {
         return;
     }
     // The image is shared, not copied, until the surface draws again.
-    if (image_.cacheKey() != surface->image().cacheKey()) {
-        image_ = surface->image();
+    if (image_.cacheKey() != surface->shownImage().cacheKey()) {
+        image_ = surface->shownImage();
         update();
     }
     scale_ = surface->Scale();
@@ -127,7 +154,7 @@ void PictureWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 
 ScreenView::ScreenView(Module& module, Screen& screen, Dispatch dispatch, QWidget* parent)
     : QFrame(parent), module_(module), screen_(&screen), serial_(screen.Serial()),
-      name_(screen.Name()), dispatch_(std::move(dispatch)) {
+      name_(screen.Name()), dispatch_(std::move(dispatch)), hold_(new ClickHold(this)) {
     setObjectName(ToQt(name_));
     setAutoFillBackground(true);
     for (const Control& control : screen.Controls()) {
@@ -168,7 +195,8 @@ void ScreenView::build(const Control& control) {
     }
     case ControlKind::Button: {
         auto* button = new QPushButton(this);
-        button->setAutoDefault(false);
+        // A button with the focus takes Enter, as on the module's home desktop.
+        button->setAutoDefault(true);
         connect(button, &QPushButton::clicked, this, [this, name] { click(name); });
         binding.widget = button;
         break;
@@ -288,6 +316,79 @@ void ScreenView::refresh(double pixelsPerTwip, const PictureSource& pictures) {
         update(found->second, control, pixelsPerTwip, pictures);
     }
     setVisible(screen->Visible);
+    orderTabs(*screen);
+    followFocus(*screen);
+}
+
+void ScreenView::followFocus(const Screen& screen) {
+    if (screen.FocusRequests() == focusRequests_) {
+        return;
+    }
+    focusRequests_ = screen.FocusRequests();
+    const auto found = bindings_.find(screen.Focus());
+    QWidget* widget = found == bindings_.end() ? nullptr : found->second.widget.data();
+    if (widget != nullptr && widget->isVisibleTo(this) && widget->isEnabled()) {
+        widget->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void ScreenView::orderTabs(const Screen& screen) {
+    std::vector<const Control*> placed;
+    for (const Control& control : screen.Controls()) {
+        const auto found = bindings_.find(control.Name);
+        if (found != bindings_.end() && found->second.widget &&
+            (found->second.widget->focusPolicy() & Qt::TabFocus) != 0) {
+            placed.push_back(&control);
+        }
+    }
+    // Controls whose tops differ by less than half a button's height share a row.
+    constexpr double SameRow = 210;
+    std::stable_sort(placed.begin(), placed.end(), [](const Control* a, const Control* b) {
+        if (std::abs(a->Top - b->Top) >= SameRow) {
+            return a->Top < b->Top;
+        }
+        return a->Left < b->Left;
+    });
+    std::vector<QWidget*> order;
+    order.reserve(placed.size());
+    for (const Control* control : placed) {
+        order.push_back(bindings_.at(control->Name).widget);
+    }
+    if (order == tabOrder_) {
+        return;
+    }
+    tabOrder_ = order;
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        setTabOrder(order[i - 1], order[i]);
+    }
+}
+
+void ScreenView::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool escape = event->key() == Qt::Key_Escape;
+    if (event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier) {
+        if ((enter && pressMarked(&Control::Default)) ||
+            (escape && pressMarked(&Control::Cancel))) {
+            event->accept();
+            return;
+        }
+    }
+    QFrame::keyPressEvent(event);
+}
+
+bool ScreenView::pressMarked(bool Control::*mark) {
+    const Screen* screen = live();
+    if (screen == nullptr) {
+        return false;
+    }
+    for (const Control& control : screen->Controls()) {
+        if (control.Kind == ControlKind::Button && control.*mark && control.Enabled &&
+            screen->IsShown(control)) {
+            click(control.Name);
+            return true;
+        }
+    }
+    return false;
 }
 
 void ScreenView::update(Binding& binding, const Control& control, double pixelsPerTwip,
@@ -310,7 +411,15 @@ void ScreenView::update(Binding& binding, const Control& control, double pixelsP
         Placed(control.Left, control.Top, control.Width, control.Height, pixelsPerTwip));
     widget->setEnabled(control.Enabled);
     const bool bold = control.Bold || control.Heading;
-    SetFontIfChanged(widget, FontOf(control.Font, Points(control, pixelsPerTwip), bold));
+    const bool report = control.Kind == ControlKind::TextBox && control.MultiLine &&
+                        control.Font == FontFace::Fixed;
+    // A frame scaled to the screen scales the box and its font alike: the report's size is the
+    // one of the box at design size.
+    const double points =
+        Points(control, pixelsPerTwip) *
+        (report ? ReportPoints(control.Width * ControlPoints / control.FontSize) / ControlPoints
+                : 1);
+    SetFontIfChanged(widget, FontOf(control.Font, points, bold));
 
     switch (control.Kind) {
     case ControlKind::Label: {
@@ -327,10 +436,7 @@ void ScreenView::update(Binding& binding, const Control& control, double pixelsP
     case ControlKind::TextBox:
         if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) {
             text->setReadOnly(control.Locked);
-            const QString shown = Shown(control.Caption);
-            if (text->toPlainText() != shown) {
-                text->setPlainText(shown);
-            }
+            ShowText(text, Shown(control.Caption));
         } else if (auto* line = qobject_cast<QLineEdit*>(widget)) {
             line->setReadOnly(control.Locked);
             const QString shown = ToQt(control.Caption);
@@ -492,6 +598,14 @@ void ScreenView::listSelectionChanged(const std::string& controlName) {
             }
         },
         [this, controlName] { module_.Click(name_, controlName); });
+}
+
+void ScreenView::holdClicks() {
+    hold_->arm();
+}
+
+bool ScreenView::holdsClicks() const {
+    return hold_->holding();
 }
 
 void ScreenView::takeFocus() {

@@ -5,11 +5,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <QFrame>
 #include <QImage>
 #include <QPointer>
 
+#include "ClickHold.h"
 #include "QtSurface.h"
 #include "frame/Control.h"
 
@@ -78,8 +80,16 @@ public:
     // Gives the focus to the first control that takes it, unless the focus is here already.
     void takeFocus();
 
+    // The view has just come up under the pointer: mouse buttons on it wait for the desktop's
+    // double-click interval (from now).
+    void holdClicks();
+    bool holdsClicks() const;
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    // Enter presses the default button, Escape the cancel button, wherever the focus is on the
+    // screen (a focused button takes Enter itself).
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     struct Binding {
@@ -100,6 +110,12 @@ private:
     void itemDoubleClicked(const std::string& controlName, int item);
     void chooseOption(const std::string& controlName);
     void listSelectionChanged(const std::string& controlName);
+    // The focus goes where the screen last sent it.
+    void followFocus(const Screen& screen);
+    // Tab goes through the controls as they lie: row by row, left to right.
+    void orderTabs(const Screen& screen);
+    // Presses the shown, enabled button that has the mark; false when there is none.
+    bool pressMarked(bool Control::*mark);
 
     Module& module_;
     Screen* screen_;
@@ -108,6 +124,9 @@ private:
     Dispatch dispatch_;
     std::map<std::string, Binding, std::less<>> bindings_;
     double pixelsPerTwip_ = 1 / 15.0;
+    ClickHold* hold_;
+    long long focusRequests_ = 0;
+    std::vector<QWidget*> tabOrder_;
 };
 
 } // namespace lorvane::gui

@@ -1,8 +1,14 @@
 #include "Style.h"
 
+#include <algorithm>
+#include <cmath>
+
+#include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QFontMetricsF>
 #include <QLabel>
+#include <QStyle>
 
 namespace lorvane::gui {
 
@@ -51,6 +57,16 @@ QFont FixedFont(double points, bool bold) {
     font.setPointSizeF(points > 0 ? points : TextPoints);
     font.setBold(bold);
     return font;
+}
+
+double ReportPoints(double boxTwips) {
+    static const double columnPixels =
+        QFontMetricsF(FixedFont(ControlPoints))
+            .horizontalAdvance(QString(ReportColumns, QLatin1Char('0')));
+    // The box's frame and the text's margins, and the scroll bar.
+    const double room = std::max(boxTwips, ReportBoxTwips) / TwipsPerPixel - 4 * Spacing -
+                        QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    return std::min(ControlPoints, std::floor(ControlPoints * room / columnPixels * 4) / 4);
 }
 
 QFont FontOf(FontFace face, double points, bool bold) {

@@ -39,6 +39,15 @@ std::string Kept(const QString& text);
 
 QColor ToQColor(Colour colour);
 
+// Results boxes show their reports in the fixed-pitch font at the largest size (up to the
+// controls' own 8.25 points) at which a report line of ReportColumns characters fits the box
+// beside its scroll bar, at design size. Narrower boxes than the narrowest results box of the
+// screens (ReportBoxTwips) keep that box's size and scroll across.
+inline constexpr double ControlPoints = 8.25;
+inline constexpr int ReportColumns = 74;
+inline constexpr double ReportBoxTwips = 5880;
+double ReportPoints(double boxTwips);
+
 // The system's sans and fixed-pitch fonts at a point size.
 QFont SansFont(double points, bool bold = false);
 QFont FixedFont(double points, bool bold = false);

@@ -29,10 +29,23 @@ Wallpaper::Wallpaper(Module& module, QWidget* parent) : QWidget(parent), module_
 Wallpaper::~Wallpaper() = default;
 
 void Wallpaper::dispatch(const std::function<void()>& action) {
+    const long long changes = screenChanges_;
     ++busy_;
     action();
     --busy_;
     afterEvent();
+    // Screens that came up during a long action hold the clicks from its end on.
+    if (screenChanges_ != changes) {
+        holdClicks();
+    }
+}
+
+void Wallpaper::holdClicks() {
+    for (const QPointer<ScreenView>& view : views_) {
+        if (view) {
+            view->holdClicks();
+        }
+    }
 }
 
 double Wallpaper::pixelsPerTwip() const {
@@ -84,12 +97,14 @@ void Wallpaper::refresh() {
         module_.Ended() ? std::vector<Screen*>() : module_.LoadedScreens();
     // Views of screens that are gone. One of them may hold the widget whose signal is running
     // now, so it goes when control is back in the event loop.
-    std::erase_if(views_, [&loaded](const QPointer<ScreenView>& view) {
+    bool changed = false;
+    std::erase_if(views_, [&loaded, &changed](const QPointer<ScreenView>& view) {
         if (view && std::any_of(loaded.begin(), loaded.end(),
                                 [&view](const Screen* screen) { return view->Shows(*screen); })) {
             return false;
         }
         if (view) {
+            changed = changed || view->isVisible();
             view->hide();
             view->deleteLater();
         }
@@ -107,6 +122,7 @@ void Wallpaper::refresh() {
         if (view == nullptr) {
             view = new ScreenView(module_, *screen, dispatcher, this);
             views_.emplace_back(view);
+            changed = true;
         }
         view->refresh(scale, pictures_);
         // Later screens lie above earlier ones.
@@ -116,11 +132,41 @@ void Wallpaper::refresh() {
             module_.PinnedScreen2.empty() ? nullptr : view(module_.PinnedScreen2)) {
         pinned->raise();
     }
+    // A screen that opens or closes changes what lies under the pointer, on it and around it:
+    // every screen waits out the second click of a double click.
+    if (changed) {
+        ++screenChanges_;
+        holdClicks();
+    }
+    showPointer();
+}
+
+void Wallpaper::showPointer() {
+    // An action that lets the views repaint is long work: the hourglass shows until it is over,
+    // and afterwards while the module asks for it.
+    const bool wait = busy_ > 0 || module_.Pointer == MousePointer::Wait;
+    if (wait && (!testAttribute(Qt::WA_SetCursor) || cursor().shape() != Qt::WaitCursor)) {
+        setCursor(Qt::WaitCursor);
+    } else if (!wait && testAttribute(Qt::WA_SetCursor)) {
+        unsetCursor();
+    }
+}
+
+QString Wallpaper::title() const {
+    QString title = ToQt(module_.Caption).trimmed();
+    const std::string& shown =
+        module_.PinnedScreen2.empty() ? module_.CurrentScreen : module_.PinnedScreen2;
+    Screen* screen = shown.empty() || module_.Ended() ? nullptr : module_.LoadedScreen(shown);
+    const QString caption = screen == nullptr ? QString() : ToQt(screen->Caption).trimmed();
+    if (!caption.isEmpty() && caption != title) {
+        title += (title.isEmpty() ? QString() : QStringLiteral(" - ")) + caption;
+    }
+    return title;
 }
 
 void Wallpaper::afterEvent() {
     refresh();
-    setWindowTitle(ToQt(module_.Caption));
+    setWindowTitle(title());
     if (module_.Ended()) {
         timer_.stop();
         if (!endReported_) {

@@ -50,6 +50,8 @@ public:
     // How the logic's twips map to pixels of the frame: 1/15 at design size.
     double pixelsPerTwip() const;
     const QTimer& frameTimer() const { return timer_; }
+    // The module's caption and the caption of the screen in front.
+    QString title() const;
 
 signals:
     // The module has ended (by its own end or a run-time error); emitted once.
@@ -63,6 +65,9 @@ protected:
 
 private:
     void applyWindowState();
+    void showPointer();
+    // Every view drops mouse buttons for the double-click interval from now.
+    void holdClicks();
     QPoint screenOrigin() const;
 
     Module& module_;
@@ -73,6 +78,8 @@ private:
     bool shown_ = false;
     bool endReported_ = false;
     int busy_ = 0;
+    // Counts the screens that came or went, so that an action can tell that it changed them.
+    long long screenChanges_ = 0;
 };
 
 } // namespace lorvane::gui

@@ -123,6 +123,7 @@ void SELOBS::Click(Control& control) {
                 return;
             }
             (*this)("Continue").Visible = true;
+            SetFocus("Continue");
         }
     } else if (control.Name == "Continue") {
         module.ResultText.clear();

@@ -47,6 +47,7 @@ void SelVar1::Load() {
     (*this)("Command1").Enabled = false;
     (*this)("Command3").Enabled = false;
     (*this)("Command4").Visible = false;
+    SetCancel("Command2");
     if (UpperCase(Name()) != "SELVAR1") {
         (*this)("Command2").Caption = "Back";
     }

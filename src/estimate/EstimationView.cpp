@@ -13,6 +13,7 @@ namespace lorvane {
 namespace {
 
 constexpr double SecondsPerDay = 86400;
+constexpr std::string_view WorkingMark = ". Working time =";
 
 } // namespace
 
@@ -33,7 +34,7 @@ std::string EstimationView::Seconds() const {
 }
 
 void EstimationView::Working() {
-    Show(prefix_ + ". Working time =" + Seconds());
+    Show(prefix_ + std::string(WorkingMark) + Seconds());
 }
 
 void EstimationView::Show(const std::string& text) {
@@ -57,6 +58,14 @@ void EstimationView::AppendLine(const std::string& line) {
 }
 
 void EstimationView::Pause() {
+    // A working-time line goes on counting while the stage runs.
+    const std::size_t mark = status.Caption.rfind(WorkingMark);
+    if (mark != std::string::npos) {
+        const std::size_t end = mark + WorkingMark.size();
+        if (status.Caption.find_first_not_of(" 0123456789", end) == std::string::npos) {
+            status.Caption = status.Caption.substr(0, end) + Seconds();
+        }
+    }
     module.platform().events.yield();
 }
 

@@ -17,9 +17,11 @@ JointTestScreen::JointTestScreen(Module& module, std::string name, Form form)
     Control& results = Add(ControlKind::TextBox, "Text1", "", 240, 3960, 9120, 2040);
     results.MultiLine = true;
     results.Locked = true;
-    Add(ControlKind::Button, "Command1", "Test joint significance", 1560, 6120, 2520, 420);
-    Add(ControlKind::Button, "Command3", "Again", 4200, 6120, 1440, 420);
-    Add(ControlKind::Button, "Command5", "Respecify the model", 5760, 6120, 2040, 420);
+    // "Respecify the model" stands at the left end, away from the "Continue" of the screen before,
+    // so that a double click there cannot throw the estimates away.
+    Add(ControlKind::Button, "Command5", "Respecify the model", 240, 6120, 2040, 420);
+    Add(ControlKind::Button, "Command1", "Test joint significance", 2400, 6120, 2520, 420);
+    Add(ControlKind::Button, "Command3", "Again", 5040, 6120, 1200, 420);
     Add(ControlKind::Button, "Command2", "Continue", 7920, 6120, 1440, 420);
 }
 

@@ -82,6 +82,7 @@ void VARSUR::Load() {
     (*this)("Label0").Caption = " Click OLS button";
     (*this)("Command2").Enabled = true;
     (*this)("Command3").Enabled = true;
+    SetFocus("Command3");
 }
 
 void VARSUR::Activate() {
@@ -192,7 +193,7 @@ void VARSUR::RunOLS() {
         (*this)("Command1").Enabled = false;
         return;
     }
-    const RegressionLayout layout = RegressionReader(module).Layout();
+    const RegressionLayout layout = RegressionReader(module, k, K).Layout();
     if (!ReportableEstimates(layout, T, estimates)) {
         (*this)("Command1").Enabled = false;
         return;
@@ -213,6 +214,7 @@ void VARSUR::RunOLS() {
         view.AppendLine("");
         (*this)("Command5").Enabled = true;
         (*this)("Label2").Caption = GuidanceWithoutZeros;
+        SetFocus("Command5");
     } else {
         (*this)("Label2").Caption = GuidanceWithZeros;
         view.AppendLine("Since Granger causality restrictions have been imposed on the VAR");
@@ -220,6 +222,7 @@ void VARSUR::RunOLS() {
         view.AppendLine("that you conduct SUR estimation.");
         (*this)("Command1").Enabled = false;
         (*this)("Command4").Enabled = true;
+        SetFocus("Command4");
     }
 }
 
@@ -252,7 +255,7 @@ void VARSUR::RunSUR() {
         EndIncompleteSUR();
         return;
     }
-    ReportEstimates(view, RegressionReader(module).Layout(), T, estimates, 0, round_);
+    ReportEstimates(view, RegressionReader(module, k, K).Layout(), T, estimates, 0, round_);
     ForgetVarianceOfL();
     WriteLFiles(view, L, k);
     view.Append("\r\nMaximum absolute difference of the elements of the matrix L with\r\n"
@@ -262,6 +265,7 @@ void VARSUR::RunSUR() {
     (*this)("Label2").Visible = true;
     (*this)("Command5").Enabled = true;
     (*this)("Command4").Enabled = true;
+    SetFocus("Text1");
 }
 
 void VARSUR::EndFailedFIML(const std::string& message) {

@@ -45,6 +45,9 @@ struct Control {
     FontFace Font = FontFace::Sans;
     double FontSize = 8.25;
     bool Bold = false;
+    // Buttons: Enter presses the screen's default button, Escape its cancel button.
+    bool Default = false;
+    bool Cancel = false;
     // A label decorated as the screen's heading.
     bool Heading = false;
     // Text boxes: several lines, read-only, with scroll bars; prose folds its lines at the box's

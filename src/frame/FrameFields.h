@@ -11,6 +11,9 @@ namespace lorvane {
 // The frame window Wallpaper: its caption, geometry (twips) and window state.
 enum class WindowState { Normal = 0, Minimised = 1, Maximised = 2 };
 
+// The mouse pointer over the frame: the hourglass while the module works.
+enum class MousePointer { Normal, Wait };
+
 // The shared fields of the frame: what start-up decides and navigation keeps.
 struct FrameFields {
     // Design size of the frame and of every full-frame screen.
@@ -39,6 +42,7 @@ struct FrameFields {
     double FrameWidth = DesignWidth;
     double FrameHeight = DesignHeight;
     WindowState FrameState = WindowState::Normal;
+    MousePointer Pointer = MousePointer::Normal;
     // The frame's Timer1: 2000 ms while it runs, 0 when off.
     int TimerInterval = 0;
 

@@ -9,6 +9,7 @@
 #include "frame/NumberText.h"
 #include "frame/ScreenTable.h"
 #include "frame/TextFile.h"
+#include "platform/Headless.h"
 #include "platform/Processes.h"
 #include "platform/Screens.h"
 
@@ -123,6 +124,9 @@ void Module::GoToScreen(std::string_view name) {
     PinnedScreen1.clear();
     PinnedScreen2.clear();
     CurrentScreen.clear();
+    // Decision: the hourglass belongs to the work of one screen; the next screen opens with the
+    // normal pointer and sets the hourglass itself when it works.
+    Pointer = MousePointer::Normal;
     TimerInterval = TickInterval;
     ActivateCount = 0;
     const long long opening = ++openings_;
@@ -251,9 +255,14 @@ void Module::Run(const std::function<void()>& action) {
         action();
     } catch (const ModuleEnded&) {
         ended_ = true;
-    } catch (const RuntimeError& error) {
+    } catch (const NoQueuedAnswer&) {
+        // The headless driver's own signal that its script left a box unanswered.
+        throw;
+    } catch (const std::exception& exception) {
+        // A standard exception (an allocation that failed, a size no container can hold) ends
+        // the module like any run-time error instead of aborting the process.
         ended_ = true;
-        failure_ = error;
+        failure_ = ErrorOfException(exception);
         RemoveActiveModule();
     }
 }

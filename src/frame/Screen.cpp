@@ -56,6 +56,27 @@ Control& Screen::AddIn(const std::string& frame, ControlKind kind, std::string n
     return control;
 }
 
+void Screen::SetFocus(std::string_view controlName) {
+    focus_ = (*this)(controlName).Name;
+    ++focusRequests_;
+}
+
+void Screen::SetDefault(std::string_view buttonName) {
+    Control& chosen = (*this)(buttonName);
+    for (Control& control : controls_) {
+        control.Default = false;
+    }
+    chosen.Default = true;
+}
+
+void Screen::SetCancel(std::string_view buttonName) {
+    Control& chosen = (*this)(buttonName);
+    for (Control& control : controls_) {
+        control.Cancel = false;
+    }
+    chosen.Cancel = true;
+}
+
 bool Screen::IsShown(const Control& control) const {
     if (!control.Visible) {
         return false;

@@ -36,6 +36,16 @@ public:
     std::deque<Control>& Controls() { return controls_; }
     const std::deque<Control>& Controls() const { return controls_; }
 
+    // Moves the keyboard focus to the control. Each call counts, so that a second call for the
+    // same control brings the focus back there after the user moved it.
+    void SetFocus(std::string_view controlName);
+    const std::string& Focus() const { return focus_; }
+    long long FocusRequests() const { return focusRequests_; }
+    // Makes the button the screen's default (Enter) or cancel (Escape) button; a screen has at
+    // most one of each.
+    void SetDefault(std::string_view buttonName);
+    void SetCancel(std::string_view buttonName);
+
     // Events. Load runs once when the screen is created, Activate each time it becomes the
     // active screen (the module counts activations in ActivateCount), Unload before it goes.
     virtual void Load() {}
@@ -70,6 +80,8 @@ private:
     std::string name_;
     long long serial_ = 0;
     std::deque<Control> controls_;
+    std::string focus_;
+    long long focusRequests_ = 0;
 };
 
 } // namespace lorvane

@@ -106,13 +106,14 @@ PlotFrame DrawResponsePlot(Surface& surface, const ResponsePlot& plot) {
         surface.line(at.X(h), zero - tick, at.X(h), zero + tick, PlotZeroColour);
     }
 
-    // Value labels right-aligned against the frame, centred on their heights.
+    // Value labels right-aligned against the frame, centred on the heights of the values they
+    // name (the largest and the smallest lie a little inside the frame).
     const auto valueLabel = [&](const std::string& label, double y) {
         surface.text(frame.Left - gap - surface.textWidth(label), y - textHeight / 2, label,
                      PlotTextColour);
     };
-    valueLabel(topLabel, frame.Top);
-    valueLabel(bottomLabel, frame.Bottom);
+    valueLabel(topLabel, at.Y(yMax));
+    valueLabel(bottomLabel, at.Y(yMin));
     valueLabel(zeroLabel, zero);
 
     // Below the frame: the first and the last horizon at its ends, the title centred between

@@ -19,7 +19,8 @@ inline constexpr double PlotHeight = 1.0;
 inline constexpr Colour PlotBackground = 0xFFFFFF;
 inline constexpr Colour PlotFrameColour = 0x3C3C3C;
 inline constexpr Colour PlotResponseColour = 0x1F4FBF;
-inline constexpr Colour PlotBandColour = 0xD02A10;
+// The response and the bands differ in grey as well, so that a print in grey tells them apart.
+inline constexpr Colour PlotBandColour = 0xE87800;
 inline constexpr Colour PlotZeroColour = 0x7A7A7A;
 inline constexpr Colour PlotTextColour = 0x1E1E1E;
 

@@ -61,15 +61,17 @@ void VARIR2::Load() {
     FontOfNotepadText((*this)("Text2"));
     module.InnovationHorizon = SmallestHorizon;
     ShowHorizon();
+    SetDefault("Command1");
     (*this)("Command3").Visible = false;
     (*this)("Text2").Caption =
         "Adjust the innovation response horizon and click the 'Start' button";
     TextInput lFile(module.DataFile("VARL.TMP"));
-    const int n = lFile.ReadWhole();
+    const int n = lFile.ReadCount(module.store().SelectedCount(), module.store().SelectedCount());
     const Pattern lPattern = ReadPattern(module.DataFile("VARLPAT.TMP"), n);
     const char* route = IsStructuralPattern(lPattern) ? " Structural " : " Nonstructural ";
     (*this)("Label0").Caption =
         std::string(route) + "VAR innovation responses with standard errors";
+    module.Pointer = MousePointer::Normal;
 }
 
 void VARIR2::Activate() {
@@ -149,6 +151,7 @@ void VARIR2::Start() {
     (*this)("Command1").Enabled = false;
     (*this)("Command4").Visible = false;
     (*this)("Command5").Visible = false;
+    module.Pointer = MousePointer::Wait;
     (*this)("Text2").Caption.clear();
     SetStage(" Reading data");
     start_ = ToSingle(module.platform().clock.secondsSinceMidnight());
@@ -196,8 +199,10 @@ void VARIR2::ShowReport() {
     (*this)("Label0").Caption = " Innovation responses with standard errors ";
     Control& box = (*this)("Text2");
     box.SetText(report_); // a report too long for the box leaves it empty; see below
+    module.Pointer = MousePointer::Normal;
     (*this)("Check1").Visible = true;
     (*this)("Command3").Visible = true;
+    SetFocus("Command3");
     if (Tail(box.Caption) != Tail(report_)) {
         module.boxes().MessageBoxShort(
             "The text box is full. Not all the results can be displayed! However, if you check \"" +
@@ -210,6 +215,7 @@ void VARIR2::ShowReport() {
 
 void VARIR2::Continue() {
     (*this)("Command3").Enabled = false;
+    module.Pointer = MousePointer::Wait;
     if ((*this)("Check1").Value == 1) {
         AppendToLog(module, "");
         AppendToLog(module, report_);

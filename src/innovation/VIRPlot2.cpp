@@ -33,9 +33,11 @@ VIRPlot2::VIRPlot2(Module& module)
     Add(ControlKind::Label, "Label4", WithoutVarianceOfL, 240, 1830, 9120, 255).Visible = false;
     Add(ControlKind::Picture, "Picture1", "", 240, 2100, 9120, 3900);
     Add(ControlKind::Label, "Label3", "", 240, 6090, 4200, 630);
-    Add(ControlKind::Button, "Command1", "Save this picture", 4560, 6120, 1560, 420);
-    Add(ControlKind::Button, "Command6", "How to print pictures", 6240, 6120, 1800, 420);
-    Add(ControlKind::Button, "Command2", "Done", 8160, 6120, 1200, 420);
+    // "Done" wipes the work files: it stands away from the "Continue" of the screen before, so
+    // that a double click there cannot lose the plots before they are saved.
+    Add(ControlKind::Button, "Command2", "Done", 4560, 6120, 1200, 420);
+    Add(ControlKind::Button, "Command1", "Save this picture", 5880, 6120, 1560, 420);
+    Add(ControlKind::Button, "Command6", "How to print pictures", 7560, 6120, 1800, 420);
     Add(ControlKind::ListBox, "AuxList", "", 0, 0, 0, 0);
 }
 

@@ -114,10 +114,12 @@ VARSTR1::VARSTR1(Module& module)
     text.MultiLine = true;
     text.WordWrap = true;
     text.Locked = true;
-    Add(ControlKind::Button, "Command1", "Nonstructural VAR", 240, 6120, 2040, 420);
-    Add(ControlKind::Button, "Command2", "Structural VAR", 2400, 6120, 2040, 420);
-    Add(ControlKind::Button, "Command3", "Save this text", 4560, 6120, 1680, 420);
-    Add(ControlKind::Button, "Command4", "Respecify VAR or quit", 6360, 6120, 3000, 420);
+    // "Respecify VAR or quit" stands at the left end, away from the "Continue" of the test screen
+    // before, so that a double click there cannot throw the estimates away.
+    Add(ControlKind::Button, "Command4", "Respecify VAR or quit", 240, 6120, 2280, 420);
+    Add(ControlKind::Button, "Command1", "Nonstructural VAR", 2640, 6120, 2040, 420);
+    Add(ControlKind::Button, "Command2", "Structural VAR", 4800, 6120, 2040, 420);
+    Add(ControlKind::Button, "Command3", "Save this text", 7680, 6120, 1680, 420);
 }
 
 void VARSTR1::Load() {
@@ -157,6 +159,7 @@ void VARSTR1::ChooseNonstructural() {
 }
 
 void VARSTR1::ChooseStructural() {
+    module.Pointer = MousePointer::Wait;
     const std::string route = StructuralRoute(UpperCase(Trim(StripQuotes(ReadRoute(module), 0))));
     WriteRoute(module, route);
     OpenLogSection(module);
@@ -165,11 +168,13 @@ void VARSTR1::ChooseStructural() {
 }
 
 void VARSTR1::SaveText() {
+    module.Pointer = MousePointer::Wait;
     TextOutput out(module.DataFile("VARTEXT.TMP"), TextOutput::Mode::Output);
     out.PrintLine((*this)("Text1").Caption);
     out.Close();
     (*this)("Command3").Enabled = false;
     module.ShowOnTop("VARSTR2");
+    module.Pointer = MousePointer::Normal;
 }
 
 } // namespace lorvane

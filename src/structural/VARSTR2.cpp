@@ -39,6 +39,7 @@ void VARSTR2::Load() {
         text += TrimRight(StripQuotes(line, 0)) + "\r\n";
     }
     (*this)("Text1").Caption = text;
+    SetCancel("Command3");
 }
 
 void VARSTR2::Activate() {
@@ -62,6 +63,7 @@ void VARSTR2::Edit() {
     (*this)("Command1").Enabled = false;
     (*this)("Command2").Enabled = false;
     WrapExplanationFile(module);
+    module.Pointer = MousePointer::Normal;
     const std::string file = module.DataFile("VARTEXT.TMP").string();
     // The editor runs on its own; whether it starts does not matter here.
 #ifdef _WIN32
@@ -75,12 +77,14 @@ void VARSTR2::Edit() {
 void VARSTR2::AddToLog() {
     (*this)("Command1").Enabled = false;
     (*this)("Command2").Enabled = false;
+    module.Pointer = MousePointer::Wait;
     OpenLogSection(module);
     WrapExplanationFile(module);
     AppendToLog(module, "");
     for (const std::string& line : ReadLines(module.DataFile("VARTEXT.TMP"))) {
         AppendToLog(module, StripQuotes(line, 0));
     }
+    module.Pointer = MousePointer::Normal;
     (*this)("Command3").Caption = "Done";
 }
 

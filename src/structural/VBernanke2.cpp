@@ -98,6 +98,7 @@ void VBernanke2::Load() {
     FontOfNotepadText((*this)("Text1"));
     FontOfNotepadText((*this)("Text2"));
     (*this)("Command3").Visible = false;
+    SetFocus("Text1");
 }
 
 void VBernanke2::Activate() {
@@ -143,9 +144,12 @@ void VBernanke2::Fail(const std::string& title) {
     (*this)("Command2").Enabled = true;
     (*this)("Command1").Visible = false;
     SetTitle(title);
+    module.Pointer = MousePointer::Normal;
+    SetFocus("Text1");
 }
 
 void VBernanke2::Analyse() {
+    module.Pointer = MousePointer::Wait;
     (*this)("Command1").Enabled = false;
     (*this)("Command1").Visible = false;
     (*this)("Command2").Enabled = false;
@@ -452,6 +456,8 @@ void VBernanke2::OfferMethods(const Matrix& F) {
     }
     (*this)("Command3").Visible = false;
     SetTitle(" Structural model");
+    module.Pointer = MousePointer::Normal;
+    SetFocus("Text1");
 }
 
 void VBernanke2::Click(Control& control) {
@@ -479,6 +485,7 @@ void VBernanke2::WriteScratchLog(const std::string& closing) {
 }
 
 void VBernanke2::Continue() {
+    module.Pointer = MousePointer::Wait;
     const bool methodChosen = (*this)("Command1").Caption == "Method 1";
     AppendToLog(module, "");
     AppendToLog(module, report_);
@@ -500,6 +507,7 @@ void VBernanke2::Continue() {
 }
 
 void VBernanke2::ChooseMethod2() {
+    module.Pointer = MousePointer::Wait;
     AppendToLog(module, "");
     AppendToLog(module, report_);
     AppendToLog(module, "");
@@ -515,6 +523,7 @@ void VBernanke2::Respecify() {
     AppendToLog(module, report_);
     AppendToLog(module, "");
     AppendToLog(module, "Model will be respecified or abandoned!");
+    module.Pointer = MousePointer::Wait;
     module.GoToScreen("VARSTR1");
 }
 

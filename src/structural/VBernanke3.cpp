@@ -121,6 +121,7 @@ void VBernanke3::Load() {
     const Pattern Apat = ReadStructuralPattern(module, VariableCount(module));
     (*this)("Text1").Caption = EquationsText(module, Apat, start.values);
     StartSimplexRecords(module, static_cast<int>(start.values.size()));
+    SetFocus("Text2");
 }
 
 void VBernanke3::Activate() {
@@ -173,8 +174,10 @@ void VBernanke3::Search() {
     text2.Caption = TrimLeft(NumberToText(c));
     if (c <= 0) {
         text2.Caption = "1";
+        SetFocus("Text2");
         return;
     }
+    module.Pointer = MousePointer::Wait;
     const int option = Option();
     const int n = VariableCount(module);
     const double T = FirstValue(module, "WALDT.TMP");
@@ -240,6 +243,8 @@ void VBernanke3::Search() {
         " Log-Likelihood = " + TrimLeft(FormatNumber(LL, "##########.000000"));
     (*this)("Command2").Caption = "Restart Simplex iteration";
     (*this)("Command4").Enabled = option == 1;
+    module.Pointer = MousePointer::Normal;
+    SetFocus("Text2");
 }
 
 void VBernanke3::Fail(const std::string& message) {
@@ -248,6 +253,8 @@ void VBernanke3::Fail(const std::string& message) {
     (*this)("Label0").Caption = " Try again";
     (*this)("Command3").Enabled = true;
     (*this)("Command5").Enabled = false;
+    module.Pointer = MousePointer::Normal;
+    SetFocus("Text1");
 }
 
 void VBernanke3::Estimate() {
@@ -255,6 +262,7 @@ void VBernanke3::Estimate() {
         (*this)(hidden).Visible = false;
     }
     (*this)("Label0").Caption = " Structural VAR model: Wait for output";
+    module.Pointer = MousePointer::Wait;
     for (const char* disabled : {"Command4", "Command3", "Command5"}) {
         (*this)(disabled).Enabled = false;
     }
@@ -308,6 +316,8 @@ void VBernanke3::Estimate() {
         (*this)("Command5").Visible = true;
         (*this)("Command5").Enabled = true;
         (*this)("Label0").Caption = " Structural VAR: ML Estimation results";
+        module.Pointer = MousePointer::Normal;
+        SetFocus("Command5");
         return;
     }
     if (!EstimateVariances(view, Apat, b, BInv, names)) {
@@ -319,6 +329,8 @@ void VBernanke3::Estimate() {
     (*this)("Command3").Enabled = true;
     (*this)("Command5").Visible = true;
     (*this)("Command5").Enabled = true;
+    module.Pointer = MousePointer::Normal;
+    SetFocus("Command5");
 }
 
 bool VBernanke3::EstimateVariances(EstimationView& view, const Pattern& Apat,

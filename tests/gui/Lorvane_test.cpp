@@ -47,6 +47,7 @@
 #include "frame/NumberText.h"
 #include "frame/Startup.h"
 #include "frame/TextFile.h"
+#include "platform/FileLock.h"
 
 namespace lorvane::guitest {
 
@@ -181,6 +182,16 @@ private slots:
         QCOMPARE(ReadAll(work / "Global.var"), std::string("7,7\r\n"));
         QCOMPARE(ReadAll(work / "STARTDIR"), "\"" + work.string() + "\"\r\n");
 
+        // Full size where the screen has room for half as much again as the design size.
+        QVERIFY(desktop::FillsScreen(1920, 1080));
+        QVERIFY(desktop::FillsScreen(960, 720));
+        QVERIFY(!desktop::FillsScreen(959, 1080));
+        QVERIFY(!desktop::FillsScreen(1920, 719));
+        desktop::WriteFullSize(work, true);
+        QCOMPARE(ReadAll(work / "fullsize.txt"), std::string("1\r\n"));
+        desktop::WriteFullSize(work, false);
+        QCOMPARE(ReadAll(work / "fullsize.txt"), std::string("0\r\n"));
+
         // A folder that cannot be made or written is an error, not a silent start.
         std::ofstream(PathOf(root, "file")) << "x";
         QVERIFY_THROWS_EXCEPTION(RuntimeError, desktop::WriteStartupFiles(PathOf(root, "file")));
@@ -194,10 +205,15 @@ private slots:
         PrepareWorkFolder(work);
         QVERIFY(desktop::HoldsDataSet(work));
 
+        // A mark counts while a running module holds the folder's lock, and is stale without.
         std::ofstream(work / "ACTIVEMODULE.TXT") << "\"VAR\"\r\n";
-        QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string("VAR"));
-        std::ofstream(work / "ACTIVEMODULE.TXT", std::ios::trunc).close();
-        QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string());
+        QVERIFY(!desktop::ActiveModule(work));
+        {
+            const FileLock running(work / WorkFolderLockName);
+            QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string("VAR"));
+            std::ofstream(work / "ACTIVEMODULE.TXT", std::ios::trunc).close();
+            QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string());
+        }
 
         std::filesystem::remove(work / "LORVANE.DAT" / "INPUT2.RAN");
         QVERIFY(!desktop::HoldsDataSet(work));
@@ -332,6 +348,7 @@ private slots:
             written += "Line " + std::to_string(line) + " of the log\r\n";
         }
         Append(log, written);
+        const FileLock running(work / WorkFolderLockName);
         std::ofstream(work / "ACTIVEMODULE.TXT") << "\"VAR\"\r\n";
 
         MainWindow window(root.path(), new RecordingStarter);

@@ -15,6 +15,7 @@
 #include <sstream>
 
 #include "GuiFixture.h"
+#include "Style.h"
 #include "data/CsvImport.h"
 #include "frame/NumberText.h"
 #include "frame/ScreenTable.h"
@@ -73,8 +74,8 @@ bool Near(const QImage& image, double x, double y, const std::function<bool(QCol
 bool Blue(QColor c) {
     return c.blue() > 140 && c.red() < 110 && c.green() < 140;
 }
-bool Red(QColor c) {
-    return c.red() > 150 && c.green() < 130 && c.blue() < 120;
+bool Orange(QColor c) {
+    return c.red() > 200 && c.green() > 80 && c.green() < 160 && c.blue() < 80;
 }
 bool DarkGrey(QColor c) {
     return c.red() < 170 && std::abs(c.red() - c.blue()) < 20 && std::abs(c.red() - c.green()) < 20;
@@ -93,8 +94,13 @@ void CheckPicture(const QImage& image, const ResponsePlot& plot, const PlotFrame
         QVERIFY(Near(image, across, frame.Top, DarkGrey));
         QVERIFY(Near(image, across, frame.Bottom, DarkGrey));
     }
-    QVERIFY(Near(image, frame.Left, frame.Top + height * 0.3, DarkGrey));
-    QVERIFY(Near(image, frame.Right, frame.Top + height * 0.7, DarkGrey));
+    // The sides, where no band dot at the first or the last horizon covers them.
+    int sides = 0;
+    for (int tenth = 1; tenth <= 9; ++tenth) {
+        sides += Near(image, frame.Left, frame.Top + height * tenth / 10, DarkGrey) ? 1 : 0;
+        sides += Near(image, frame.Right, frame.Top + height * tenth / 10, DarkGrey) ? 1 : 0;
+    }
+    QVERIFY(sides >= 14);
     // The response between every two horizons, where neither the zero line nor a tick covers it.
     for (int h = 0; h < plot.H; ++h) {
         const auto i = static_cast<std::size_t>(h);
@@ -112,7 +118,17 @@ void CheckPicture(const QImage& image, const ResponsePlot& plot, const PlotFrame
             const double at = y(band);
             if (at > frame.Top + 0.02 && at < frame.Bottom - 0.02 &&
                 std::abs(at - y(plot.Psi[i])) > 0.02 && std::abs(at - y(0)) > 0.02) {
-                QVERIFY2(Near(image, x(h), at, Red), qPrintable(QString::number(h)));
+                QVERIFY2(Near(image, x(h), at, Orange), qPrintable(QString::number(h)));
+                // A dot is a disc that shows: a dozen pixels at least.
+                const QPoint centre = PixelOf(image, x(h), at);
+                int size = 0;
+                for (int dy = -3; dy <= 3; ++dy) {
+                    for (int dx = -3; dx <= 3; ++dx) {
+                        const QPoint p = centre + QPoint(dx, dy);
+                        size += image.rect().contains(p) && Orange(image.pixelColor(p)) ? 1 : 0;
+                    }
+                }
+                QVERIFY2(size >= 12, qPrintable(QString::number(h)));
             }
         }
     }
@@ -197,6 +213,35 @@ private slots:
             }
         }
         QVERIFY(marked > 10);
+    }
+
+    // On a display of two device pixels to a pixel the screen gets the plot at its resolution;
+    // the bitmap is the same as on any other display.
+    void aSharpDisplayGetsThePlotAtItsResolution() {
+        GuiFixture fixture;
+        OpenPlots(fixture);
+        const ResponsePlot plot = ReadResponsePlot(fixture.module(), 1);
+        gui::QtSurface plain(608, 260);
+        gui::QtSurface sharp(608, 260, 2);
+        DrawResponsePlot(plain, plot);
+        const PlotFrame frame = DrawResponsePlot(sharp, plot);
+        QCOMPARE(Rgb(sharp.image()), Rgb(plain.image()));
+        QCOMPARE(plain.shownImage().size(), QSize(608, 260));
+        QCOMPARE(sharp.shownImage().size(), QSize(1216, 520));
+        QCOMPARE(sharp.shownImage().devicePixelRatio(), 2.0);
+        // Scaled back, the sharp picture shows the same plot.
+        const QImage halved =
+            sharp.shownImage().scaled(608, 260, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        CheckPicture(halved, plot, frame);
+    }
+
+    void theResponseTheBandsAndTheFrameDifferInGrey() {
+        const int response = qGray(gui::ToQColor(PlotResponseColour).rgb());
+        const int band = qGray(gui::ToQColor(PlotBandColour).rgb());
+        const int background = qGray(gui::ToQColor(PlotBackground).rgb());
+        QVERIFY(std::abs(response - band) >= 40);
+        QVERIFY(background - band >= 60);
+        QVERIFY(background - response >= 60);
     }
 
     void savedPicturesAreNumberedBitmapsThatNeverOverwrite() {

@@ -5,10 +5,13 @@
 #include <QDir>
 #include <QFile>
 #include <QImageReader>
+#include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTest>
 
 #include "GuiFixture.h"
 #include "Screenshot.h"
+#include "Style.h"
 #include "frame/ScriptDriver.h"
 
 namespace lorvane::guitest {
@@ -75,6 +78,44 @@ private slots:
         blocker.close();
         QVERIFY(!gui::SaveScreenshot(fixture.frame(),
                                      OutputFile("blocker/screenshot.png").toStdString()));
+    }
+
+    // A report that grows is shown at its end, on the screen and in a screenshot of a frame that
+    // was never shown; a report that is replaced keeps the place the user scrolled to.
+    void aGrowingReportIsFollowedToItsEnd() {
+        GuiFixture fixture;
+        fixture.define("Alpha", [](TestScreen& s) {
+            Control& report = s.add(ControlKind::TextBox, "Text1", "", 240, 480, 5880, 3000);
+            report.MultiLine = true;
+            report.Locked = true;
+            report.Font = FontFace::Fixed;
+        });
+        fixture.go("Alpha");
+        Control& report = fixture.screen("Alpha")("Text1");
+        std::string lines;
+        for (int i = 1; i <= 80; ++i) {
+            lines += "Line " + std::to_string(i) + " of the report\r\n";
+        }
+        report.Caption = lines;
+        const QImage first = gui::RenderFrame(fixture.frame());
+        report.Caption += "The closing note\r\n";
+        const QImage second = gui::RenderFrame(fixture.frame());
+        auto* text = fixture.widget<QPlainTextEdit>("Alpha", "Text1");
+        QScrollBar* down = text->verticalScrollBar();
+        QVERIFY(down->maximum() > 0);
+        QCOMPARE(down->value(), down->maximum());
+        QVERIFY(first != second);
+
+        down->setValue(10);
+        report.Caption = lines;
+        fixture.frame().refresh();
+        QCOMPARE(down->value(), 10);
+
+        // The report's lines fit the box at the report size: no scrolling across.
+        report.Caption = std::string(gui::ReportColumns, '0') + "\r\n";
+        fixture.frame().refresh();
+        gui::RenderFrame(fixture.frame());
+        QCOMPARE(text->horizontalScrollBar()->maximum(), 0);
     }
 
     void theScriptDriverTakesScreenshots() {

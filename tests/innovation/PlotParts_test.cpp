@@ -257,8 +257,8 @@ TEST_F(PlotDrawingTest, LabelsSitBesideAndBelowTheFrameWithoutBeingCut) {
     ASSERT_EQ(title.size(), 1u);
     EXPECT_EQ(surface.OperationsOf("text").size(), 6u);
 
-    // Value labels: right-aligned against the frame, centred on its top, its bottom and the
-    // zero line; the widest starts inside the picture.
+    // Value labels: right-aligned against the frame, centred on the largest and the smallest
+    // value and on the zero line; the widest starts inside the picture.
     const double middle = frame.Top + (frame.Bottom - frame.Top) / 2;
     const auto right = [&](const Operation& text) {
         return text.values[0] + text.text.size() * charWidth;
@@ -267,8 +267,9 @@ TEST_F(PlotDrawingTest, LabelsSitBesideAndBelowTheFrameWithoutBeingCut) {
     EXPECT_NEAR(right(top[0]), right(bottom[0]), 1e-12);
     EXPECT_LT(right(top[0]), frame.Left);
     EXPECT_GT(right(top[0]), frame.Left - charWidth);
-    EXPECT_NEAR(top[0].values[1], frame.Top - textHeight / 2, 1e-12);
-    EXPECT_NEAR(bottom[0].values[1], frame.Bottom - textHeight / 2, 1e-12);
+    const double height = frame.Bottom - frame.Top;
+    EXPECT_NEAR(top[0].values[1], frame.Top + 0.05 * height - textHeight / 2, 1e-12);
+    EXPECT_NEAR(bottom[0].values[1], frame.Top + 0.95 * height - textHeight / 2, 1e-12);
     const Operation& zeroValue = zeros[0].values[1] < frame.Bottom ? zeros[0] : zeros[1];
     const Operation& zeroHorizon = &zeroValue == &zeros[0] ? zeros[1] : zeros[0];
     EXPECT_NEAR(zeroValue.values[1], middle - textHeight / 2, 1e-12);
