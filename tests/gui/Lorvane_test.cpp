@@ -39,6 +39,7 @@
 #include "PictureStrip.h"
 #include "PreviewPage.h"
 #include "SavedPictures.h"
+#include "ScriptRoad.h"
 #include "WorkFolder.h"
 #include "WorkFolderPage.h"
 #include "data/CsvImport.h"
@@ -55,9 +56,7 @@ namespace {
 
 using desktop::MainWindow;
 
-const std::filesystem::path SourceFolder =
-    std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
-const std::filesystem::path ExampleCsv = SourceFolder / "examples" / "e1.csv";
+const std::filesystem::path ExampleCsv = SourceFolder() / "examples" / "e1.csv";
 
 std::filesystem::path PathOf(const QTemporaryDir& dir, const char* name) {
     return std::filesystem::path(dir.filePath(QString::fromLatin1(name)).toStdString());
@@ -619,26 +618,6 @@ private:
     std::unique_ptr<Run> run_;
 };
 
-// Words of a script line; a word in double quotes may hold blanks.
-std::vector<std::string> Words(const std::string& line) {
-    std::vector<std::string> words;
-    std::size_t i = 0;
-    while (i < line.size()) {
-        if (line[i] == ' ') {
-            ++i;
-        } else if (line[i] == '"') {
-            const std::size_t close = line.find('"', i + 1);
-            words.push_back(line.substr(i + 1, close - i - 1));
-            i = close == std::string::npos ? line.size() : close + 1;
-        } else {
-            const std::size_t end = std::min(line.find(' ', i), line.size());
-            words.push_back(line.substr(i, end - i));
-            i = end;
-        }
-    }
-    return words;
-}
-
 // An item's text without the marks screens put on items.
 QString Unmarked(QString item) {
     if (item.startsWith("* ")) {
@@ -794,7 +773,7 @@ private slots:
         QVERIFY(window.workFolderPage()->notice()->isVisible());
 
         ViewRoad road(*module);
-        std::ifstream demo(SourceFolder / "examples" / "demo.var");
+        std::ifstream demo(SourceFolder() / "examples" / "demo.var");
         QVERIFY(demo.good());
         for (std::string line; std::getline(demo, line);) {
             road.perform(line);

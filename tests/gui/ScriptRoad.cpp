@@ -13,25 +13,6 @@ namespace lorvane::guitest {
 
 namespace {
 
-std::vector<std::string> Words(const std::string& line) {
-    std::vector<std::string> words;
-    std::size_t i = 0;
-    while (i < line.size()) {
-        if (line[i] == ' ') {
-            ++i;
-        } else if (line[i] == '"') {
-            const std::size_t close = line.find('"', i + 1);
-            words.push_back(line.substr(i + 1, close - i - 1));
-            i = close == std::string::npos ? line.size() : close + 1;
-        } else {
-            const std::size_t end = std::min(line.find(' ', i), line.size());
-            words.push_back(line.substr(i, end - i));
-            i = end;
-        }
-    }
-    return words;
-}
-
 std::string Read(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
@@ -56,6 +37,25 @@ std::string Masked(const std::string& log) {
 }
 
 } // namespace
+
+std::vector<std::string> Words(const std::string& line) {
+    std::vector<std::string> words;
+    std::size_t i = 0;
+    while (i < line.size()) {
+        if (line[i] == ' ') {
+            ++i;
+        } else if (line[i] == '"') {
+            const std::size_t close = line.find('"', i + 1);
+            words.push_back(line.substr(i + 1, close - i - 1));
+            i = close == std::string::npos ? line.size() : close + 1;
+        } else {
+            const std::size_t end = std::min(line.find(' ', i), line.size());
+            words.push_back(line.substr(i, end - i));
+            i = end;
+        }
+    }
+    return words;
+}
 
 std::filesystem::path SourceFolder() {
     return std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();

@@ -16,6 +16,9 @@ namespace lorvane::guitest {
 // The folder of the sources, where the examples are.
 std::filesystem::path SourceFolder();
 
+// The words of a script line; a word in double quotes may hold blanks.
+std::vector<std::string> Words(const std::string& line);
+
 // A line of a road script, split into words (a word in double quotes may hold blanks).
 struct RoadLine {
     std::string text;
