@@ -2,7 +2,9 @@
 
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
+#include "estimate/WaldTest.h"
 #include "frame/Int16.h"
 #include "frame/TextFile.h"
 #include "frame/Workspace.h"
@@ -10,23 +12,14 @@
 namespace lorvane {
 
 ParameterSet ReadParameterSet(const Workspace& workspace, double& T, const std::string& name) {
-    TextInput input(workspace.DataFile(name));
-    T = input.ReadNumber();
-    const int K = input.ReadCount(0);
-    input.ExpectFields(2LL * K + static_cast<long long>(K) * K);
+    ParameterFile file = ReadFirstParameterSet(workspace.DataFile(name), 0);
+    T = file.T;
     ParameterSet set;
-    for (int q = 1; q <= K; ++q) {
-        set.rows.push_back(input.ReadField());
+    set.rows = std::move(file.rows);
+    for (int q = 1; q <= file.values.Size(); ++q) {
+        set.values.push_back(file.values(q));
     }
-    for (int q = 1; q <= K; ++q) {
-        set.values.push_back(input.ReadNumber());
-    }
-    set.variance.Resize(K, K);
-    for (int r = 1; r <= K; ++r) {
-        for (int q = 1; q <= K; ++q) {
-            set.variance(r, q) = input.ReadNumber();
-        }
-    }
+    set.variance = std::move(file.variances.front());
     return set;
 }
 

@@ -11,10 +11,10 @@ namespace {
 
 // T, the count n, the n rows and the n values. The file must hold them and one variance
 // matrix; a count below 1 would leave nothing to test and nothing to read.
-ParameterFile ReadParameterHead(TextInput& input) {
+ParameterFile ReadParameterHead(TextInput& input, int fewest) {
     ParameterFile parameters;
     parameters.T = input.ReadNumber();
-    const int n = input.ReadCount(1);
+    const int n = input.ReadCount(fewest);
     input.ExpectFields(2LL * n + static_cast<long long>(n) * n);
     for (int q = 1; q <= n; ++q) {
         parameters.rows.push_back(input.ReadField());
@@ -40,18 +40,22 @@ void ReadVariance(TextInput& input, ParameterFile& parameters) {
 
 ParameterFile ReadParameterFile(const std::filesystem::path& file) {
     TextInput input(file);
-    ParameterFile parameters = ReadParameterHead(input);
+    ParameterFile parameters = ReadParameterHead(input, 1);
     do {
         ReadVariance(input, parameters);
     } while (!input.AtEnd());
     return parameters;
 }
 
-ParameterFile ReadStructuralParameterFile(const std::filesystem::path& file) {
+ParameterFile ReadFirstParameterSet(const std::filesystem::path& file, int fewest) {
     TextInput input(file);
-    ParameterFile parameters = ReadParameterHead(input);
+    ParameterFile parameters = ReadParameterHead(input, fewest);
     ReadVariance(input, parameters);
     return parameters;
+}
+
+ParameterFile ReadStructuralParameterFile(const std::filesystem::path& file) {
+    return ReadFirstParameterSet(file, 1);
 }
 
 double WaldStatistic(double T, const Vector& values, const Matrix& variance,

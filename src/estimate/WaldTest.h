@@ -20,6 +20,11 @@ struct ParameterFile {
 
 ParameterFile ReadParameterFile(const std::filesystem::path& file);
 
+// The head of a parameter file (T, the count n, the n display rows and the n values) and its
+// first n by n variance matrix, one value a line. A count below `fewest`, or one the file has no
+// room for, is the file's read error.
+ParameterFile ReadFirstParameterSet(const std::filesystem::path& file, int fewest);
+
 // The parameter file of the structural joint tests (WALDTSV.TMP): T and the count n, the n
 // display rows, the n values and exactly one n by n variance matrix, one value a line.
 ParameterFile ReadStructuralParameterFile(const std::filesystem::path& file);
