@@ -55,6 +55,8 @@ void PrintUsage(std::ostream& out) {
            "  dump SCREEN.CONTROL                  print a control's text or items\n"
            "  dump-report                          print the pending report\n"
            "  screenshot FILE                      render what the frame shows to a PNG file\n"
+           "  screenshot-box FILE                  render the next box over the frame to a PNG\n"
+           "                                       file when it is shown\n"
            "  remove NAME                          delete a file of LORVANE.DAT, as another "
            "program\n"
            "                                       might\n"
@@ -149,7 +151,10 @@ int RunScript(int argc, char** argv, const CommandLine& line) {
         [&module, &line, &executableFolder] {
             ModuleEntry(module, line.workFolder, executableFolder);
         },
-        [&frame](const std::string& file) { return gui::SaveScreenshot(frame, file); });
+        ScriptCamera{[&frame] { gui::Follow(frame); },
+                     [&frame](const std::string& file, const BoxRequest* box) {
+                         return gui::SaveScreenshot(frame, file, box);
+                     }});
     driver.SetTrace(line.trace);
     return driver.Run(script);
 }

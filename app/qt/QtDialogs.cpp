@@ -142,11 +142,18 @@ void QtDialogs::attach(QWidget* frame, const FrameFields* fields) {
     fields_ = fields;
 }
 
-double QtDialogs::scale() const {
-    if (fields_ == nullptr || fields_->FullSize != 1) {
+double BoxScale(const FrameFields* fields) {
+    if (fields == nullptr || fields->FullSize != 1) {
         return 1;
     }
-    return std::max(1.0, fields_->ScreenScale);
+    return std::max(1.0, fields->ScreenScale);
+}
+
+std::unique_ptr<BoxDialog> MakeBoxDialog(const BoxRequest& request, double scale, QWidget* parent) {
+    if (const auto* message = std::get_if<MessageBoxRequest>(&request)) {
+        return std::make_unique<MessageDialog>(*message, scale, parent);
+    }
+    return std::make_unique<InputDialog>(std::get<InputBoxRequest>(request), scale, parent);
 }
 
 void QtDialogs::prepare() {
@@ -158,7 +165,7 @@ void QtDialogs::prepare() {
 std::string QtDialogs::showMessage(const MessageBoxRequest& request) {
     prepare();
     QWidget* parent = frame_ && frame_->isVisible() ? frame_.data() : nullptr;
-    MessageDialog box(request, scale(), parent);
+    MessageDialog box(request, BoxScale(fields_), parent);
     box.exec();
     return box.answer();
 }
@@ -166,7 +173,7 @@ std::string QtDialogs::showMessage(const MessageBoxRequest& request) {
 std::optional<std::string> QtDialogs::showInput(const InputBoxRequest& request) {
     prepare();
     QWidget* parent = frame_ && frame_->isVisible() ? frame_.data() : nullptr;
-    InputDialog box(request, scale(), parent);
+    InputDialog box(request, BoxScale(fields_), parent);
     box.exec();
     return box.answer();
 }

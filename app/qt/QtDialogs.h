@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -70,6 +71,12 @@ private:
     QLineEdit* text_;
 };
 
+// How much the boxes grow over a frame with these fields: only in full size.
+double BoxScale(const FrameFields* fields);
+
+// The dialog of either box, unshown.
+std::unique_ptr<BoxDialog> MakeBoxDialog(const BoxRequest& request, double scale, QWidget* parent);
+
 // The module's boxes as modal dialogs over the frame, each running its own event loop while it
 // waits, so the frame's tick and the repaints go on.
 class QtDialogs : public Dialogs {
@@ -87,7 +94,6 @@ public:
     static TextMeasure measure();
 
 private:
-    double scale() const;
     void prepare();
 
     QPointer<QWidget> frame_;

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QFontMetricsF>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -38,6 +39,32 @@ QRect Placed(double left, double top, double width, double height, double pixels
 // Point sizes are designed for 15 twips to a pixel; a frame scaled up or down scales them too.
 double Points(const Control& control, double pixelsPerTwip) {
     return control.FontSize * pixelsPerTwip * TwipsPerPixel;
+}
+
+// The size at which a button's caption fits the room, with its font's own width steps: a
+// caption too wide for its button is set smaller.
+double FittedPoints(const Control& button, double points, bool bold, double room) {
+    const QString caption = ToQt(button.Caption);
+    for (int step = 0; step < 4 && room > 0; ++step) {
+        const double wide =
+            QFontMetricsF(FontOf(button.Font, points, bold)).horizontalAdvance(caption);
+        if (wide <= room) {
+            break;
+        }
+        points *= room / wide * (step == 0 ? 1 : 0.98);
+    }
+    return points;
+}
+
+// A list ends below its last whole row: its height drops to the rows that fit, so that no row
+// is cut in half at the bottom edge.
+void ShowWholeRows(QListWidget* list) {
+    const int row = list->count() > 0 ? list->sizeHintForRow(0) : 0;
+    const int frame = 2 * list->frameWidth();
+    const int rows = row > 0 ? (list->height() - frame) / row : 0;
+    if (rows >= 1) {
+        list->resize(list->width(), rows * row + frame);
+    }
 }
 
 void SetFontIfChanged(QWidget* widget, const QFont& font) {
@@ -316,6 +343,10 @@ void ScreenView::refresh(double pixelsPerTwip, const PictureSource& pictures) {
         update(found->second, control, pixelsPerTwip, pictures);
     }
     setVisible(screen->Visible);
+    if (screen->HoldRequests() != holdRequests_) {
+        holdRequests_ = screen->HoldRequests();
+        hold_->arm();
+    }
     orderTabs(*screen);
     followFocus(*screen);
 }
@@ -415,10 +446,14 @@ void ScreenView::update(Binding& binding, const Control& control, double pixelsP
                         control.Font == FontFace::Fixed;
     // A frame scaled to the screen scales the box and its font alike: the report's size is the
     // one of the box at design size.
-    const double points =
+    double points =
         Points(control, pixelsPerTwip) *
         (report ? ReportPoints(control.Width * ControlPoints / control.FontSize) / ControlPoints
                 : 1);
+    if (control.Kind == ControlKind::Button) {
+        points = FittedPoints(control, points, bold,
+                              widget->width() - 2 * Spacing * pixelsPerTwip * TwipsPerPixel);
+    }
     SetFontIfChanged(widget, FontOf(control.Font, points, bold));
 
     switch (control.Kind) {
@@ -447,6 +482,7 @@ void ScreenView::update(Binding& binding, const Control& control, double pixelsP
         break;
     case ControlKind::ListBox:
         updateList(widget, control);
+        ShowWholeRows(static_cast<QListWidget*>(widget));
         break;
     case ControlKind::CheckBox:
         static_cast<QCheckBox*>(widget)->setText(ToQt(control.Caption));

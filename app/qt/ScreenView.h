@@ -126,6 +126,7 @@ private:
     double pixelsPerTwip_ = 1 / 15.0;
     ClickHold* hold_;
     long long focusRequests_ = 0;
+    long long holdRequests_ = 0;
     std::vector<QWidget*> tabOrder_;
 };
 

@@ -45,6 +45,11 @@ public:
     // most one of each.
     void SetDefault(std::string_view buttonName);
     void SetCancel(std::string_view buttonName);
+    // The screen has put a new question under the button just pressed: the views drop clicks for
+    // the desktop's double-click interval, so that the second click of a double click does not
+    // answer it unseen. Each call counts.
+    void HoldClicks() { ++holdRequests_; }
+    long long HoldRequests() const { return holdRequests_; }
 
     // Events. Load runs once when the screen is created, Activate each time it becomes the
     // active screen (the module counts activations in ActivateCount), Unload before it goes.
@@ -82,6 +87,7 @@ private:
     std::deque<Control> controls_;
     std::string focus_;
     long long focusRequests_ = 0;
+    long long holdRequests_ = 0;
 };
 
 } // namespace lorvane

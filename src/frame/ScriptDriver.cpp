@@ -153,8 +153,8 @@ std::string CheckForm(const Line& line) {
     if (verb == "expect-screen") {
         return n == 2 ? "" : "expect-screen takes NAME";
     }
-    if (verb == "screenshot") {
-        return n == 2 ? "" : "screenshot takes FILE";
+    if (verb == "screenshot" || verb == "screenshot-box") {
+        return n == 2 ? "" : verb + " takes FILE";
     }
     if (verb == "dump-report") {
         return n == 1 ? "" : "dump-report takes nothing";
@@ -203,10 +203,9 @@ std::string ForOutput(std::string text) {
 } // namespace
 
 ScriptDriver::ScriptDriver(Module& module, ScriptedDialogs& dialogs, std::ostream& out,
-                           std::ostream& errors, std::function<void()> start,
-                           std::function<bool(const std::string&)> screenshot)
+                           std::ostream& errors, std::function<void()> start, ScriptCamera camera)
     : module_(module), dialogs_(dialogs), out_(out), errors_(errors), start_(std::move(start)),
-      screenshot_(std::move(screenshot)) {}
+      camera_(std::move(camera)) {}
 
 int ScriptDriver::Fail(int code, const Line& line, const std::string& message) {
     errors_ << "line " << line.number << ": " << message << '\n';
@@ -224,6 +223,8 @@ void ScriptDriver::EnsureStarted() {
 
 int ScriptDriver::Run(std::istream& script) {
     const int code = RunLines(script);
+    // A box that never came is no longer waited for.
+    dialogs_.WatchNextBox({});
     // Decision: however the script ends, the work folder stays usable for the next start.
     if (running_) {
         module_.RemoveActiveModule();
@@ -254,6 +255,10 @@ int ScriptDriver::RunLines(std::istream& script) {
         }
         lines.push_back(std::move(line));
     }
+    const bool follows =
+        camera_.follow && std::any_of(lines.begin(), lines.end(), [](const Line& line) {
+            return line.words[0].starts_with("screenshot");
+        });
 
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const Line& line = lines[i];
@@ -291,9 +296,18 @@ int ScriptDriver::RunLines(std::istream& script) {
         if (code != Done) {
             return code;
         }
+        if (!boxShotProblem_.empty()) {
+            return Fail(ExpectFailed, *boxShot_, boxShotProblem_);
+        }
+        if (follows && !module_.Ended()) {
+            camera_.follow();
+        }
         if (afterLine_ && !module_.Ended()) {
             afterLine_();
         }
+    }
+    if (boxShot_) {
+        return Fail(ExpectFailed, *boxShot_, "no box was shown after this line");
     }
     try {
         EnsureStarted();
@@ -354,9 +368,29 @@ int ScriptDriver::Perform(const Line& line) {
         return Done;
     }
     if (verb == "screenshot") {
-        if (!screenshot_ || !screenshot_(line.words[1])) {
+        if (!camera_.shoot || !camera_.shoot(line.words[1], nullptr)) {
             return Fail(ExpectFailed, line, "no screenshot could be written to " + line.words[1]);
         }
+        return Done;
+    }
+    if (verb == "screenshot-box") {
+        if (!camera_.shoot) {
+            return Fail(ExpectFailed, line, "no screenshot could be written to " + line.words[1]);
+        }
+        if (boxShot_) {
+            return Fail(ExpectFailed, line,
+                        "the box of line " + std::to_string(boxShot_->number) +
+                            " has not been shown yet");
+        }
+        // The box is taken when it comes, over the frame as it is then, before its answer.
+        boxShot_ = line;
+        dialogs_.WatchNextBox([this](const BoxRequest& box) {
+            if (camera_.shoot(boxShot_->words[1], &box)) {
+                boxShot_.reset();
+            } else {
+                boxShotProblem_ = "no screenshot could be written to " + boxShot_->words[1];
+            }
+        });
         return Done;
     }
 

@@ -2,15 +2,28 @@
 
 #include <functional>
 #include <istream>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/Dialogs.h"
+
 namespace lorvane {
 
 class Module;
 class ScriptedDialogs;
+
+// What a script's screenshots need of the front end.
+struct ScriptCamera {
+    // Brings the frame's views up to date, as they are after a user's action on the desktop (a
+    // report that grew is followed to its end).
+    std::function<void()> follow;
+    // Renders what the frame shows, with the box over it when one is given, into a PNG file;
+    // false when the file cannot be written.
+    std::function<bool(const std::string& file, const BoxRequest* box)> shoot;
+};
 
 // Runs a script of user actions against the module, headless. The lines are checked first;
 // then the module starts (after any answers queued by the leading lines) and the lines run in
@@ -19,11 +32,11 @@ class ScriptDriver {
 public:
     enum ExitCode { Done = 0, ExpectFailed = 1, BadLine = 2, NoAnswer = 3, RunTimeError = 4 };
 
-    // start runs the module's start-up; screenshot, when given, renders what the frame shows into
-    // a PNG file (the "screenshot FILE" line).
+    // start runs the module's start-up; camera, when given, takes the screenshots of the
+    // "screenshot FILE" and "screenshot-box FILE" lines. In a script that has such lines the
+    // frame follows the module after every line.
     ScriptDriver(Module& module, ScriptedDialogs& dialogs, std::ostream& out, std::ostream& errors,
-                 std::function<void()> start,
-                 std::function<bool(const std::string&)> screenshot = {});
+                 std::function<void()> start, ScriptCamera camera = {});
 
     void SetTrace(bool trace) { trace_ = trace; }
     // Runs after every line that the module performed and survived, before the next line: lets
@@ -52,7 +65,10 @@ private:
     std::ostream& out_;
     std::ostream& errors_;
     std::function<void()> start_;
-    std::function<bool(const std::string&)> screenshot_;
+    ScriptCamera camera_;
+    // The "screenshot-box" line whose box has not come yet, and a shot that could not be written.
+    std::optional<Line> boxShot_;
+    std::string boxShotProblem_;
     std::function<void()> afterLine_;
     bool trace_ = false;
     bool started_ = false;

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace lorvane {
@@ -24,6 +25,9 @@ struct InputBoxRequest {
     std::string shownPrompt;
     std::string defaultText;
 };
+
+// Either box, as asked.
+using BoxRequest = std::variant<MessageBoxRequest, InputBoxRequest>;
 
 // Shows the module's boxes. The logic of a box (buttons, folding, results) lives in the core;
 // a platform only presents it and reports what the user did.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <ctime>
+#include <utility>
 
 namespace lorvane {
 
@@ -45,8 +46,16 @@ void ScriptedDialogs::Echo(std::string line) {
     shown_.push_back(std::move(line));
 }
 
+void ScriptedDialogs::Watch(const BoxRequest& request) {
+    if (watch_) {
+        const auto watch = std::exchange(watch_, nullptr);
+        watch(request);
+    }
+}
+
 std::string ScriptedDialogs::showMessage(const MessageBoxRequest& request) {
     lastMessage_ = request;
+    Watch(request);
     const std::string box = "[box] " + OneLine(request.title) + " | " + OneLine(request.text);
     if (answers_.empty()) {
         Echo(box + " -> ?");
@@ -66,6 +75,7 @@ std::string ScriptedDialogs::showMessage(const MessageBoxRequest& request) {
 }
 
 std::optional<std::string> ScriptedDialogs::showInput(const InputBoxRequest& request) {
+    Watch(request);
     const std::string box = "[input] " + OneLine(request.title) + " | " + OneLine(request.prompt);
     if (inputs_.empty()) {
         Echo(box + " -> ?");

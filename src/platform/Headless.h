@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <optional>
 #include <ostream>
 #include <stdexcept>
@@ -31,6 +32,9 @@ public:
     void QueueAnswer(std::string button) { answers_.push_back(std::move(button)); }
     void QueueInput(std::optional<std::string> text) { inputs_.push_back(std::move(text)); }
     bool HasPendingAnswers() const { return !answers_.empty() || !inputs_.empty(); }
+    // Shows the next box, before it is answered, to watch (once): a screenshot of the box.
+    void WatchNextBox(std::function<void(const BoxRequest&)> watch) { watch_ = std::move(watch); }
+    bool Watching() const { return static_cast<bool>(watch_); }
 
     std::string showMessage(const MessageBoxRequest& request) override;
     std::optional<std::string> showInput(const InputBoxRequest& request) override;
@@ -41,12 +45,14 @@ public:
 
 private:
     void Echo(std::string line);
+    void Watch(const BoxRequest& request);
 
     std::ostream* echo_;
     std::deque<std::string> answers_;
     std::deque<std::optional<std::string>> inputs_;
     std::vector<std::string> shown_;
     MessageBoxRequest lastMessage_;
+    std::function<void(const BoxRequest&)> watch_;
 };
 
 class HeadlessEventPump : public EventPump {

@@ -108,6 +108,7 @@ void VBernanke1::EquationOK() {
         return;
     }
     ShowEquation(next);
+    HoldClicks();
 }
 
 void VBernanke1::WritePattern() {

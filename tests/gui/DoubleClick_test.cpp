@@ -115,6 +115,40 @@ private slots:
     void aDoubleClickOnEveryContinueOfTheStructuralRoadMovesOneScreenOn() {
         DoubleClickEveryWayOn("structural");
     }
+
+    // "Equation OK" stays where it is and asks for the next equation: a double click enters one
+    // equation, not two.
+    void aDoubleClickOnEquationOkEntersOneEquation() {
+        const DoubleClickInterval interval(300);
+        GuiFixture fixture;
+        QVERIFY(fixture.show());
+        ScriptRoad road(fixture, "structural");
+        bool doubled = false;
+        std::string equation;
+        int rows = 0;
+        const bool walked = road.walk([&](const RoadLine& line, const RoadLine*) {
+            if (doubled || line.text != "click VBernanke1.Command1") {
+                return false;
+            }
+            road.settle();
+            auto* button = fixture.widget<QPushButton>("VBernanke1", "Command1");
+            if (button == nullptr) {
+                return false;
+            }
+            const QPoint at = button->mapTo(&fixture.frame(), button->rect().center());
+            QTest::mouseDClick(fixture.frame().windowHandle(), Qt::LeftButton, {}, at);
+            Screen& screen = *fixture.module().LoadedScreen("VBernanke1");
+            equation = screen("Text1").Caption;
+            rows = screen("List3").ListCount();
+            doubled = true;
+            return true;
+        });
+        QVERIFY2(walked, road.problems().c_str());
+        QVERIFY(doubled);
+        QCOMPARE(QString::fromStdString(equation), QStringLiteral(" 2"));
+        QCOMPARE(rows, 3);
+        QCOMPARE(road.log(), road.expectedLog());
+    }
 };
 
 LORVANE_GUI_SUITE(DoubleClickTest);

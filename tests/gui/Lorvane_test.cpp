@@ -741,6 +741,15 @@ private:
     InProcessModule& module_;
 };
 
+// The window as the guide shows it, at the display's scale: docs/screens/take-screens.sh takes
+// these pictures from the test's output folder.
+void SaveForGuide(QWidget& window, const char* name) {
+    const QString file = QStringLiteral(LORVANE_GUI_OUTPUT_DIR "/lorvane-%1@%2x.png")
+                             .arg(QLatin1String(name))
+                             .arg(qRound(window.devicePixelRatioF()));
+    QVERIFY2(window.grab().save(file, "PNG"), qPrintable(file));
+}
+
 } // namespace
 
 class LorvaneRoadTest : public QObject {
@@ -759,9 +768,11 @@ private slots:
         QSignalSpy handedBack(&window, &MainWindow::handedBack);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
+        SaveForGuide(window, "01-start");
 
         Drop(&window, Text(ExampleCsv));
         window.previewPage()->folderEdit()->setText(work);
+        SaveForGuide(window, "02-preview");
         QTest::mouseClick(window.previewPage()->importButton(), Qt::LeftButton);
         QVERIFY(module->running());
         QVERIFY(window.isMinimized());
@@ -808,6 +819,7 @@ private slots:
         QPlainTextEdit* text = page->log()->text();
         QCOMPARE(text->toPlainText(), AsShown(log));
         QVERIFY(text->toPlainText().endsWith("Insert picture file LORVANE.DAT/IRP00009.BMP\n"));
+        SaveForGuide(window, "03-results");
 
         desktop::PictureStrip* pictures = page->pictures();
         QCOMPARE(pictures->count(), 9);

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QFontInfo>
+#include <QFontMetricsF>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,6 +15,8 @@
 #include <QTimer>
 
 #include "GuiFixture.h"
+#include "Style.h"
+#include "frame/ScreenTable.h"
 
 namespace lorvane::guitest {
 
@@ -98,6 +101,66 @@ private slots:
         QVERIFY(fixture.widget<QLabel>("Alpha", "Label0")->font().bold());
         QVERIFY(view->children().indexOf(fixture.widget<QGroupBox>("Alpha", "Frame1")) <
                 view->children().indexOf(fixture.widget<QRadioButton>("Alpha", "Option1")));
+    }
+
+    // The buttons of every screen of the module show their whole captions: a caption too long
+    // for its button is set smaller.
+    void everyButtonOfTheModuleShowsItsWholeCaption() {
+        GuiFixture fixture;
+        std::vector<std::string> copies;
+        for (std::string_view name : ScreenNames()) {
+            const std::unique_ptr<Screen> screen = CreateScreen(fixture.module(), name);
+            if (screen == nullptr) {
+                continue; // a box's name: the boxes are dialogs of their own
+            }
+            std::vector<Control> buttons;
+            for (const Control& control : screen->Controls()) {
+                if (control.Kind == ControlKind::Button && !control.Caption.empty()) {
+                    buttons.push_back(control);
+                }
+            }
+            const std::string copy = std::string(name) + "Buttons";
+            fixture.define(
+                copy,
+                [buttons](TestScreen& s) {
+                    for (const Control& b : buttons) {
+                        s.add(ControlKind::Button, b.Name, b.Caption, b.Left, b.Top, b.Width,
+                              b.Height);
+                    }
+                },
+                screen->Width, screen->Height);
+            copies.push_back(copy);
+        }
+        int checked = 0;
+        for (const std::string& copy : copies) {
+            fixture.go(copy);
+            for (const Control& control : fixture.screen(copy).Controls()) {
+                auto* button = fixture.widget<QPushButton>(copy, control.Name);
+                QVERIFY(button != nullptr);
+                const double wide = QFontMetricsF(button->font()).horizontalAdvance(button->text());
+                QVERIFY2(wide <= button->width() - 2 * gui::Spacing + 0.5,
+                         (copy + " " + control.Caption).c_str());
+                ++checked;
+            }
+        }
+        QVERIFY(checked > 50);
+    }
+
+    // A list shows whole rows, however its height falls against the height of a row.
+    void aListShowsWholeRows() {
+        GuiFixture fixture;
+        fixture.define("Alpha", [](TestScreen& s) {
+            Control& list = s.add(ControlKind::ListBox, "List1", "", 240, 480, 4800, 900);
+            for (int i = 1; i <= 12; ++i) {
+                list.AddItem("Response " + std::to_string(i));
+            }
+        });
+        fixture.go("Alpha");
+        auto* list = fixture.widget<QListWidget>("Alpha", "List1");
+        const int row = list->sizeHintForRow(0);
+        const int inside = list->height() - 2 * list->frameWidth();
+        QVERIFY(inside > 0 && inside % row == 0);
+        QVERIFY(list->height() <= 60 && list->height() > 60 - row);
     }
 
     void clickOnAButtonReachesTheLogicAndItsStateComesBack() {

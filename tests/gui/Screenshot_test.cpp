@@ -118,24 +118,78 @@ private slots:
         QCOMPARE(text->horizontalScrollBar()->maximum(), 0);
     }
 
-    void theScriptDriverTakesScreenshots() {
+    // A script's screenshots: the frame follows the module between the lines, so that a report
+    // that grew shows its end; a box is taken over the frame when it comes, before its answer.
+    void theScriptDriverTakesScreenshotsOfTheFrameAndOfBoxes() {
         GuiFixture fixture;
-        DefineScreens(fixture);
-        const QString file = OutputFile("screenshot-script.png");
-        QFile::remove(file);
+        fixture.define("Alpha", [](TestScreen& s) {
+            Control& report = s.add(ControlKind::TextBox, "Text1", "", 240, 480, 5880, 3000);
+            report.MultiLine = true;
+            report.Locked = true;
+            report.Font = FontFace::Fixed;
+            s.add(ControlKind::Button, "Command1", "Ask", 7800, 5700, 1500, 450);
+            s.add(ControlKind::Button, "Command2", "More", 7800, 6300, 1500, 450);
+            s.onClick = [](TestScreen& screen, Control& control) {
+                if (control.Name == "Command1") {
+                    screen.owner().boxes().MessageBoxFull("Are you sure?", 4, "Alpha");
+                    return;
+                }
+                for (int i = 1; i <= 40; ++i) {
+                    screen("Text1").Caption += "Line " + std::to_string(i) + " of the report\r\n";
+                }
+            };
+        });
+        const QString frameFile = OutputFile("screenshot-script.png");
+        const QString boxFile = OutputFile("screenshot-box.png");
+        QFile::remove(frameFile);
+        QFile::remove(boxFile);
         std::ostringstream out;
         std::ostringstream errors;
-        ScriptDriver driver(
-            fixture.module(), fixture.scripted(), out, errors,
-            [&fixture] { fixture.module().GoToScreen("Alpha"); },
-            [&fixture](const std::string& name) {
-                return gui::SaveScreenshot(fixture.frame(), name);
-            });
-        std::istringstream script("expect-screen Alpha\nscreenshot \"" + file.toStdString() +
-                                  "\"\n");
-        QCOMPARE(driver.Run(script), static_cast<int>(ScriptDriver::Done));
+        auto driver = [&] {
+            return std::make_unique<ScriptDriver>(
+                fixture.module(), fixture.scripted(), out, errors,
+                [&fixture] { fixture.module().GoToScreen("Alpha"); },
+                ScriptCamera{[&fixture] { gui::Follow(fixture.frame()); },
+                             [&fixture](const std::string& name, const BoxRequest* box) {
+                                 return gui::SaveScreenshot(fixture.frame(), name, box);
+                             }});
+        };
+        std::istringstream script("expect-screen Alpha\n"
+                                  "click Alpha.Command2\n"
+                                  "click Alpha.Command2\n"
+                                  "screenshot \"" +
+                                  frameFile.toStdString() +
+                                  "\"\n"
+                                  "screenshot-box \"" +
+                                  boxFile.toStdString() +
+                                  "\"\n"
+                                  "answer No\n"
+                                  "click Alpha.Command1\n");
+        QCOMPARE(driver()->Run(script), static_cast<int>(ScriptDriver::Done));
         QVERIFY2(errors.str().empty(), errors.str().c_str());
-        QCOMPARE(QImage(file).size(), QSize(640, 480));
+
+        QScrollBar* down = fixture.widget<QPlainTextEdit>("Alpha", "Text1")->verticalScrollBar();
+        QVERIFY(down->maximum() > 0);
+        QCOMPARE(down->value(), down->maximum());
+        const QImage frame(frameFile);
+        const QImage box(boxFile);
+        QCOMPARE(frame.size(), QSize(640, 480));
+        QCOMPARE(box.size(), frame.size());
+        // The box lies in the middle, its heading above its text.
+        QVERIFY(box.pixelColor(320, 240) != frame.pixelColor(320, 240) ||
+                box.pixelColor(320, 200) != frame.pixelColor(320, 200));
+        bool heading = false;
+        for (int y = 120; y < 240 && !heading; ++y) {
+            heading = IsHeadingBlue(box.pixelColor(320, y));
+        }
+        QVERIFY(heading);
+
+        // A box that never comes fails the script at the line that waited for it.
+        errors.str("");
+        std::istringstream waiting("screenshot-box \"" + boxFile.toStdString() + "\"\n" +
+                                   "click Alpha.Command2\n");
+        QCOMPARE(driver()->Run(waiting), static_cast<int>(ScriptDriver::ExpectFailed));
+        QCOMPARE(errors.str(), std::string("line 1: no box was shown after this line\n"));
     }
 };
 
