@@ -1,11 +1,14 @@
 // The readers of the work files that pass results between screens, on damaged files. The first
-// byte, a digit, chooses the reader: 0 WALDT.TMP as the joint tests read it, 1 WALDTSV.TMP, 2 the
-// first set of WALDT.TMP, 3 VARL.TMP, 4 VARZERO.TMP, 5 YSURE.TMP and XSURE.TMP, 6 U.TMP,
-// 7 VARIR2.TMP, 8 VARDECOMP.TMP, 9 the innovation model (VARZERO.TMP, VARLPAT.TMP, WALDT.TMP,
-// VARL.TMP). The second byte gives what the module would know beside the files (k, K, T, the
-// response asked for); the rest are the files, one after the other behind the marker
-// "--FILE--". A reader must stop with its run-time error or give a result no larger than its
-// file could describe; it must never loop, crash or ask for more memory than the file justifies.
+// byte, counted from the digit 0, chooses the reader: 0 WALDT.TMP as the joint tests read it,
+// 1 WALDTSV.TMP, 2 the first set of WALDT.TMP (and WALDTSV.TMP as the structural screens count its
+// tests), 3 VARL.TMP, 4 VARZERO.TMP, 5 YSURE.TMP and XSURE.TMP, 6 U.TMP, 7 VARIR2.TMP,
+// 8 VARDECOMP.TMP, 9 the innovation model (VARZERO.TMP, VARLPAT.TMP, WALDT.TMP, VARL.TMP), and
+// for the likelihood search of the structural model ':' BVARL.TMP, ';' BERNSV2.TMP and '<'
+// TMP.TMP. The second byte gives what the module would know beside the files (k, K, T, the
+// response asked for, the count of free parameters); the rest are the files, one after the other
+// behind the marker "--FILE--". A reader must stop with its run-time error or give a result no
+// larger than its file could describe; it must never loop, crash or ask for more memory than the
+// file justifies.
 
 #include <algorithm>
 #include <string>
@@ -24,6 +27,8 @@
 #include "innovation/ResponseOutput.h"
 #include "innovation/ResponsePlot.h"
 #include "numeric/Pattern.h"
+#include "structural/SimplexRecords.h"
+#include "structural/StartValues.h"
 #include "structural/StructuralModel.h"
 
 using namespace lorvane;
@@ -105,6 +110,33 @@ void InnovationFiles(const Workspace& workspace, std::uint8_t known) {
     }
 }
 
+// The files of the likelihood search, read for a model of k variables and m free parameters.
+void StructuralFiles(const Workspace& workspace, int reader, std::uint8_t known, std::size_t size) {
+    const int k = 1 + known % 4;
+    const int m = known % 16;
+    if (reader == 10) {
+        const Matrix L = ReadLFile(workspace, "BVARL.TMP", k);
+        if (L.Rows() != k) {
+            Broken("an L that is not the model's");
+        }
+        ExpectWithin(static_cast<long long>(k) * k, size, "L");
+    } else if (reader == 11) {
+        const StartValues start = ReadStartValues(workspace, "BERNSV2.TMP", m);
+        if (start.values.size() != static_cast<std::size_t>(m) ||
+            start.marks.size() != start.values.size()) {
+            Broken("start values that are not the model's");
+        }
+    } else {
+        const std::vector<SimplexRecord> records = ReadSimplexRecords(workspace, m);
+        for (const SimplexRecord& record : records) {
+            if (record.b.size() != static_cast<std::size_t>(m)) {
+                Broken("a record that is not the model's");
+            }
+        }
+        ExpectWithin(static_cast<long long>(records.size()) * (m + 2), size, "records");
+    }
+}
+
 void Read(const Workspace& workspace, int reader, std::uint8_t known, std::string_view bytes) {
     const std::size_t size = bytes.size();
     switch (reader) {
@@ -149,10 +181,16 @@ void Read(const Workspace& workspace, int reader, std::uint8_t known, std::strin
         ExpectWithin(static_cast<long long>(ReadDecompositionFile(workspace).size()), size,
                      "lines");
         break;
-    default:
+    case 9:
         Write(workspace, bytes, {"VARZERO.TMP", "VARLPAT.TMP", "WALDT.TMP", "VARL.TMP"});
         InnovationFiles(workspace, known);
         break;
+    default: {
+        const char* const names[] = {"BVARL.TMP", "BERNSV2.TMP", "TMP.TMP"};
+        Write(workspace, bytes, {names[reader - 10]});
+        StructuralFiles(workspace, reader, known, size);
+        break;
+    }
     }
 }
 
@@ -166,7 +204,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     workspace.DataFolder = ScratchFolder();
     std::filesystem::create_directories(workspace.DataSubfolder());
     try {
-        Read(workspace, static_cast<std::uint8_t>(data[0] - '0') % 10, data[1],
+        Read(workspace, static_cast<std::uint8_t>(data[0] - '0') % 13, data[1],
              AsText(data + 2, size - 2));
     } catch (const RuntimeError&) {
         // The reader's own error: what a damaged file may cause.

@@ -1,5 +1,6 @@
 #include "estimate/LFiles.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "estimate/EstimationView.h"
@@ -37,9 +38,11 @@ void WriteLFiles(EstimationView& view, const Matrix& L, int k) {
     pattern.Close();
 }
 
-Matrix ReadLFile(const Workspace& workspace, const std::string& name) {
+namespace {
+
+Matrix ReadL(const Workspace& workspace, const std::string& name, int lowest, int highest) {
     TextInput input(workspace.DataFile(name));
-    const int k = input.ReadCount(1);
+    const int k = input.ReadCount(lowest, highest);
     input.ExpectFields(static_cast<long long>(k) * k);
     Matrix L(k, k);
     for (int i = 1; i <= k; ++i) {
@@ -48,6 +51,16 @@ Matrix ReadLFile(const Workspace& workspace, const std::string& name) {
         }
     }
     return L;
+}
+
+} // namespace
+
+Matrix ReadLFile(const Workspace& workspace, const std::string& name) {
+    return ReadL(workspace, name, 1, 32767);
+}
+
+Matrix ReadLFile(const Workspace& workspace, const std::string& name, int k) {
+    return ReadL(workspace, name, std::max(k, 1), k);
 }
 
 double LargestDifference(const Matrix& a, const Matrix& b) {

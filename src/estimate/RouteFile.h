@@ -11,6 +11,8 @@ struct Workspace;
 // The words of ROUTE.TMP, which tells later screens which estimates are in force.
 inline constexpr std::string_view RouteOlsSur = "NSVARSUR";
 inline constexpr std::string_view RouteMaximumLikelihood = "NSVARML";
+// The structural model estimated with the variance of its maximum likelihood estimates.
+inline constexpr std::string_view RouteStructuralMaximumLikelihood = "SVARMLBERNANKE";
 
 // ROUTE.TMP: one record, the route word in double quotes.
 void WriteRoute(const Workspace& workspace, std::string_view word);

@@ -26,11 +26,12 @@ void AppendSimplexRecord(const Workspace& workspace, const SimplexRecord& record
     out.Close();
 }
 
-std::vector<SimplexRecord> ReadSimplexRecords(const Workspace& workspace) {
+std::vector<SimplexRecord> ReadSimplexRecords(const Workspace& workspace, int m) {
     TextInput input(workspace.DataFile(RecordFile));
-    const int m = input.ReadWhole();
+    input.ReadCount(m, m);
     std::vector<SimplexRecord> records;
     while (!input.AtEnd()) {
+        input.ExpectFields(2LL + m);
         SimplexRecord record;
         record.LogLikelihood = input.ReadNumber();
         record.MAD = input.ReadNumber();

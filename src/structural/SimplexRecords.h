@@ -18,7 +18,9 @@ struct SimplexRecord {
 void StartSimplexRecords(const Workspace& workspace, int m);
 // Reopens the file for appending, so the records survive a change of screen.
 void AppendSimplexRecord(const Workspace& workspace, const SimplexRecord& record);
-std::vector<SimplexRecord> ReadSimplexRecords(const Workspace& workspace);
+// The records of a model with m free parameters: an m other than that, or a record cut short,
+// is the file's read error.
+std::vector<SimplexRecord> ReadSimplexRecords(const Workspace& workspace, int m);
 
 // The record of the largest log likelihood, or of the smallest MAD; a later record wins a tie.
 // Nothing when there is no record.

@@ -5,6 +5,7 @@
 #include "estimate/LFiles.h"
 #include "frame/TextFile.h"
 #include "frame/Workspace.h"
+#include "structural/StructuralModel.h"
 #include "structural/StructuralVariance.h"
 
 namespace lorvane {
@@ -18,9 +19,10 @@ void WriteStartValues(const Workspace& workspace, const char* name, const StartV
     out.Close();
 }
 
-StartValues ReadStartValues(const Workspace& workspace, const char* name) {
+StartValues ReadStartValues(const Workspace& workspace, const char* name, int m) {
     TextInput input(workspace.DataFile(name));
-    const int P = input.ReadWhole();
+    const int P = input.ReadCount(m, m);
+    input.ExpectFields(2LL * P);
     StartValues start;
     for (int p = 1; p <= P; ++p) {
         start.values.push_back(input.ReadNumber());
@@ -31,7 +33,7 @@ StartValues ReadStartValues(const Workspace& workspace, const char* name) {
 
 void FindStartValues(const Workspace& workspace, const StructuralSystem& system,
                      const Pattern& Apat) {
-    StartValues start = ReadStartValues(workspace, "BERNSV.TMP");
+    StartValues start = ReadStartValues(workspace, "BERNSV.TMP", FreeParameterCount(Apat));
     WriteStartValues(workspace, "BERNSV2.TMP", start);
     const int k = Apat.Size();
     for (int c = 1; c <= k; ++c) {
@@ -48,7 +50,7 @@ void FindStartValues(const Workspace& workspace, const StructuralSystem& system,
         }
     }
     std::vector<double> b;
-    if (!system.SolutionAtLFast(ReadLFile(workspace), b)) {
+    if (!system.SolutionAtLFast(ReadLFile(workspace, "VARL.TMP", k), b)) {
         return;
     }
     for (std::size_t p = 0; p < b.size() && p < start.values.size(); ++p) {

@@ -16,7 +16,9 @@ struct StartValues {
     std::vector<int> marks;
 };
 void WriteStartValues(const Workspace& workspace, const char* name, const StartValues& start);
-StartValues ReadStartValues(const Workspace& workspace, const char* name);
+// The start values of a model with m free parameters: a count other than m, or a file too short
+// for m values and marks, is the file's read error.
+StartValues ReadStartValues(const Workspace& workspace, const char* name, int m);
 
 // The start values of the likelihood search, BERNSV2.TMP: a copy of the moment solution at
 // once, so that the file exists in any case; then, when every variable has others on both sides

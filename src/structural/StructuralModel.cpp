@@ -10,17 +10,27 @@ namespace {
 
 constexpr double SmallestDiagonal = 1E-30;
 
+} // namespace
+
 bool Free(const Pattern& Apat, int i, int j) {
     return Apat(i, j) == 1 || Apat(i, j) == -1;
 }
-
-} // namespace
 
 int StructuralCoefficientCount(const Pattern& Apat) {
     int count = 0;
     for (int i = 1; i <= Apat.Size(); ++i) {
         for (int j = 1; j <= Apat.Size(); ++j) {
             count += i != j && Free(Apat, i, j) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+int FreeParameterCount(const Pattern& Apat) {
+    int count = 0;
+    for (int i = 1; i <= Apat.Size(); ++i) {
+        for (int j = 1; j <= Apat.Size(); ++j) {
+            count += Free(Apat, i, j) ? 1 : 0;
         }
     }
     return count;

@@ -10,6 +10,9 @@ namespace lorvane {
 
 struct Workspace;
 
+// Whether B(i, j) is a free parameter: its place in the pattern holds 1 or -1.
+bool Free(const Pattern& Apat, int i, int j);
+
 // The coefficients of the structural equations from B: in equation i the coefficient of u(j) at
 // a free place off the diagonal is a(i, j) = -B(i, j) / B(i, i), the innovation's coefficient is
 // c(i) = 1 / B(i, i). CoefA holds the a(i, j) row by row over the pattern (the places whose
@@ -19,6 +22,10 @@ bool StructuralCoefficients(const Pattern& Apat, const Matrix& B, Vector& CoefA,
 
 // The number of structural coefficients in A: the free places off the diagonal.
 int StructuralCoefficientCount(const Pattern& Apat);
+
+// The number of free elements b of B: the places whose absolute value is 1, the diagonal
+// included.
+int FreeParameterCount(const Pattern& Apat);
 
 // The pattern of the structural model, SVARA.TMP (k by k, row by row).
 Pattern ReadStructuralPattern(const Workspace& workspace, int k);

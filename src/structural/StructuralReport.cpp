@@ -5,6 +5,7 @@
 #include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "numeric/DISTRIB.h"
+#include "structural/StructuralModel.h"
 
 namespace lorvane {
 
@@ -27,10 +28,6 @@ std::string TLines(double t) {
            RightAligned("[" + FormatNumber(NormalPValue(std::abs(t)), "0.00000") + "]",
                         CoefficientWidth) +
            LineEnd;
-}
-
-bool Free(const Pattern& Apat, int i, int j) {
-    return Apat(i, j) == 1 || Apat(i, j) == -1;
 }
 
 // The equations; tA and tC are empty when the report has no t-values.

@@ -102,7 +102,7 @@ std::string StructuralRoute(std::string_view route) {
         return "SVARSURBERNANKE";
     }
     if (route == RouteMaximumLikelihood) {
-        return "SVARMLBERNANKE";
+        return std::string(RouteStructuralMaximumLikelihood);
     }
     return std::string(route);
 }

@@ -21,13 +21,13 @@
 #include "structural/StructuralReport.h"
 #include "structural/StructuralVariance.h"
 #include "structural/SymbolicSolver.h"
+#include "structural/VWaldT3.h"
 
 namespace lorvane {
 
 namespace {
 
 constexpr const char* LineEnd = "\r\n";
-constexpr std::string_view MaximumLikelihoodRoute = "SVARMLBERNANKE";
 
 constexpr const char* RespecifyStructural = " Respecify the structural model";
 
@@ -163,7 +163,7 @@ void VBernanke2::Analyse() {
 }
 
 bool VBernanke2::Identify() {
-    L_ = ReadLFile(module, "BVARL.TMP");
+    L_ = ReadLFile(module, "BVARL.TMP", module.store().SelectedCount());
     const int k = L_.Rows();
     names_ = StructuralNames(module);
     Append(ModelHeadText(names_));
@@ -321,7 +321,7 @@ void VBernanke2::AfterSolution() {
     if (!WriteStructuralFactor(F)) {
         return;
     }
-    if (module.Route == MaximumLikelihoodRoute) {
+    if (module.Route == RouteStructuralMaximumLikelihood) {
         OfferMethods(F);
         return;
     }
@@ -340,7 +340,7 @@ bool VBernanke2::ReportWithVariance(const std::vector<double>& b) {
     const std::string unable =
         std::string("Lorvane is unable to compute the variance matrix of the structural") +
         LineEnd + "parameters! " + LineEnd;
-    if (module.Route != MaximumLikelihoodRoute) {
+    if (module.Route != RouteStructuralMaximumLikelihood) {
         Vector CoefA;
         Vector CoefC;
         if (!StructuralCoefficients(Apat, BuildB(Apat, b), CoefA, CoefC)) {
@@ -495,15 +495,7 @@ void VBernanke2::Continue() {
     }
     // The scratch copy says "Method 2" here: that is what it has always said.
     WriteScratchLog(methodChosen ? "Method 2 has been chosen." : "");
-    std::string next = "VARIR2";
-    if (ReadRoute(module) == MaximumLikelihoodRoute) {
-        TextInput tests(module.DataFile("WALDTSV.TMP"));
-        tests.ReadNumber();
-        if (tests.ReadWhole() >= 2) {
-            next = "VWaldT3";
-        }
-    }
-    module.GoToScreen(next);
+    module.GoToScreen(ScreenAfterStructuralModel(module));
 }
 
 void VBernanke2::ChooseMethod2() {

@@ -24,13 +24,13 @@
 #include "structural/StructuralFiles.h"
 #include "structural/StructuralModel.h"
 #include "structural/StructuralReport.h"
+#include "structural/VWaldT3.h"
 
 namespace lorvane {
 
 namespace {
 
 constexpr const char* BSingular = "Matrix B is singular. Respecify your model!";
-constexpr const char* RouteSimplex = "SVARMLBERNANKE";
 
 constexpr const char* Explanation =
     "There are two options for estimation of the structural parameters: (1) Maximize the log "
@@ -47,9 +47,8 @@ struct NonstructuralVariance {
     double DetS = 0;
 };
 
-NonstructuralVariance ReadNonstructuralVariance(const Workspace& workspace) {
-    const Matrix L = ReadLFile(workspace, "BVARL.TMP");
-    const int n = L.Rows();
+NonstructuralVariance ReadNonstructuralVariance(const Workspace& workspace, int n) {
+    const Matrix L = ReadLFile(workspace, "BVARL.TMP", n);
     NonstructuralVariance variance;
     variance.S = OuterProduct(L);
     variance.SInv.Resize(n, n);
@@ -58,14 +57,21 @@ NonstructuralVariance ReadNonstructuralVariance(const Workspace& workspace) {
     return variance;
 }
 
-// The first value of a file: T of WALDT.TMP, n of VARL.TMP.
-double FirstValue(const Workspace& workspace, const char* name) {
-    TextInput input(workspace.DataFile(name));
+// T, the first value of WALDT.TMP.
+double SampleSize(const Workspace& workspace) {
+    TextInput input(workspace.DataFile("WALDT.TMP"));
     return input.ReadNumber();
 }
 
-int VariableCount(const Workspace& workspace) {
-    return CInt(FirstValue(workspace, "VARL.TMP"));
+// n of VARL.TMP, which must be the model's count of variables.
+int VariableCount(const Module& module) {
+    const int k = module.store().SelectedCount();
+    TextInput input(module.DataFile("VARL.TMP"));
+    return input.ReadCount(k, k);
+}
+
+Pattern ModelPattern(const Module& module) {
+    return ReadStructuralPattern(module, VariableCount(module));
 }
 
 // The structural equations at b; empty when B is singular there.
@@ -76,10 +82,6 @@ std::string EquationsText(const Module& module, const Pattern& Apat, const std::
         return "";
     }
     return StructuralModelText(StructuralNames(module), Apat, CoefA, CoefC);
-}
-
-bool Free(const Pattern& Apat, int i, int j) {
-    return Apat(i, j) == 1 || Apat(i, j) == -1;
 }
 
 } // namespace
@@ -117,8 +119,8 @@ void VBernanke3::Load() {
     (*this)("Text3").Caption = "1";
     (*this)("Label4").Caption = "Current option = 1";
     (*this)("Command1").Caption = "Switch to option 2";
-    const StartValues start = ReadStartValues(module, "BERNSV2.TMP");
-    const Pattern Apat = ReadStructuralPattern(module, VariableCount(module));
+    const Pattern Apat = ModelPattern(module);
+    const StartValues start = ReadStartValues(module, "BERNSV2.TMP", FreeParameterCount(Apat));
     (*this)("Text1").Caption = EquationsText(module, Apat, start.values);
     StartSimplexRecords(module, static_cast<int>(start.values.size()));
     SetFocus("Text2");
@@ -164,7 +166,7 @@ void VBernanke3::SwitchOption() {
         (*this)("Label4").Caption = "Current option = 1";
         (*this)("Command1").Caption = "Switch to option 2";
         // The records are read through and left alone; a damaged TMP.TMP shows here.
-        ReadSimplexRecords(module);
+        ReadSimplexRecords(module, FreeParameterCount(ModelPattern(module)));
     }
 }
 
@@ -180,10 +182,12 @@ void VBernanke3::Search() {
     module.Pointer = MousePointer::Wait;
     const int option = Option();
     const int n = VariableCount(module);
-    const double T = FirstValue(module, "WALDT.TMP");
-    const NonstructuralVariance variance = ReadNonstructuralVariance(module);
+    const double T = SampleSize(module);
+    const NonstructuralVariance variance = ReadNonstructuralVariance(module, n);
 
-    const StartValues start = ReadStartValues(module, "BERNSV2.TMP");
+    const Pattern Apat = ReadStructuralPattern(module, n);
+    const int m = FreeParameterCount(Apat);
+    const StartValues start = ReadStartValues(module, "BERNSV2.TMP", m);
     std::vector<double> b;
     for (const double value : start.values) {
         b.push_back(ToSingle(value));
@@ -194,15 +198,11 @@ void VBernanke3::Search() {
     // Every element without a kept start value starts at random, its size set by c; the
     // diagonal ones start positive.
     const double size = Val(text2.Caption);
-    const Pattern Apat = ReadStructuralPattern(module, n);
     std::size_t k = 0;
     for (int i = 1; i <= n; ++i) {
         for (int j = 1; j <= n; ++j) {
             if (!Free(Apat, i, j)) {
                 continue;
-            }
-            if (k >= b.size()) {
-                Raise(SubscriptOutOfRange);
             }
             if (start.marks[k] != 1) {
                 const double draw = random.next();
@@ -211,7 +211,7 @@ void VBernanke3::Search() {
             ++k;
         }
     }
-    const std::vector<SimplexRecord> records = ReadSimplexRecords(module);
+    const std::vector<SimplexRecord> records = ReadSimplexRecords(module, m);
     const SimplexRecord* best = option == 1 ? BestByLogLikelihood(records) : BestByMAD(records);
     if (best != nullptr) {
         b = best->b;
@@ -272,7 +272,7 @@ void VBernanke3::Estimate() {
 
     const int n = VariableCount(module);
     const Pattern Apat = ReadStructuralPattern(module, n);
-    const std::vector<SimplexRecord> records = ReadSimplexRecords(module);
+    const std::vector<SimplexRecord> records = ReadSimplexRecords(module, FreeParameterCount(Apat));
     const SimplexRecord* best = BestByLogLikelihood(records);
     if (best == nullptr) {
         // The button is enabled only after a run has added its record.
@@ -282,8 +282,8 @@ void VBernanke3::Estimate() {
     (*this)("Text1").Caption = EquationsText(module, Apat, b);
 
     const std::string route = ReadRoute(module);
-    const double T = FirstValue(module, "WALDT.TMP");
-    const NonstructuralVariance variance = ReadNonstructuralVariance(module);
+    const double T = SampleSize(module);
+    const NonstructuralVariance variance = ReadNonstructuralVariance(module, n);
     SimplexObjectives objectives(Apat, variance.S, variance.SInv, T, c0_);
     const Matrix B = BuildB(Apat, b);
     view.Append(EstimateText(
@@ -303,7 +303,7 @@ void VBernanke3::Estimate() {
     view.Working();
 
     const std::vector<std::string> names = StructuralNames(module);
-    if (route != RouteSimplex) {
+    if (route != RouteStructuralMaximumLikelihood) {
         // The reduced form came from OLS or SUR: the estimate is shown without a variance.
         Vector CoefA;
         Vector CoefC;
@@ -349,7 +349,7 @@ bool VBernanke3::EstimateVariances(EstimationView& view, const Pattern& Apat,
     }
     view.Append(VarianceText("Asymptotic variance matrix of b():", VarB));
 
-    const double T = FirstValue(module, "WALDT.TMP");
+    const double T = SampleSize(module);
     Vector CoefA;
     Vector CoefC;
     Matrix VA;
@@ -390,15 +390,7 @@ bool VBernanke3::EstimateVariances(EstimationView& view, const Pattern& Apat,
 }
 
 void VBernanke3::Continue() {
-    std::string next = "VARIR2";
-    if (ReadRoute(module) == RouteSimplex) {
-        TextInput input(module.DataFile("WALDTSV.TMP"));
-        input.ReadNumber();
-        if (input.ReadWhole() >= 2) {
-            next = "VWaldT3";
-        }
-    }
-    module.GoToScreen(next);
+    module.GoToScreen(ScreenAfterStructuralModel(module));
 }
 
 } // namespace lorvane

@@ -1,9 +1,18 @@
 #include "structural/VWaldT3.h"
 
 #include "estimate/RouteFile.h"
+#include "estimate/WaldTest.h"
 #include "frame/Module.h"
 
 namespace lorvane {
+
+std::string ScreenAfterStructuralModel(Module& module) {
+    if (ReadRoute(module) != RouteStructuralMaximumLikelihood) {
+        return "VARIR2";
+    }
+    const ParameterFile tests = ReadFirstParameterSet(module.DataFile("WALDTSV.TMP"), 0);
+    return tests.rows.size() >= 2 ? "VWaldT3" : "VARIR2";
+}
 
 VWaldT3::VWaldT3(Module& module)
     : JointTestScreen(module, "VWaldT3",

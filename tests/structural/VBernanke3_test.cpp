@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -116,13 +117,14 @@ protected:
     void Open(const Rows& pattern, const std::vector<double>& start, int mark = 1,
               const std::string& route = "SVARMLBERNANKE") {
         OpenSearch(module(), pattern, start, mark, route);
+        parameters_ = static_cast<int>(start.size());
         ASSERT_EQ(module().CurrentScreen, "VBernanke3");
     }
 
     void Click(const char* button) { module().Click("VBernanke3", button); }
     void Run() { Click("Command2"); }
     void SwitchOption() { Click("Command1"); }
-    std::vector<SimplexRecord> Records() { return ReadSimplexRecords(module()); }
+    std::vector<SimplexRecord> Records() { return ReadSimplexRecords(module(), parameters_); }
 
     // The t-values of the coefficients in A from WALDTSV.TMP: sqrt(T) a / sqrt(VA(r, r)).
     std::vector<double> TValuesOfA() {
@@ -135,6 +137,8 @@ protected:
     }
 
     TestModule test;
+    // The free parameters of the opened model.
+    int parameters_ = 0;
 };
 
 TEST_F(Simplex, RecursiveModelReachesTheNonstructuralLikelihood) {
@@ -261,13 +265,13 @@ TEST_F(Simplex, RandomStartsFollowTheScriptSeedWhateverTheClock) {
     other.module().platform().random.seed(99);
     other.clock().seconds += 3600;
     other.module().Click("VBernanke3", "Command2");
-    EXPECT_EQ(ReadSimplexRecords(other.module()).back().b, first);
+    EXPECT_EQ(ReadSimplexRecords(other.module(), 5).back().b, first);
 
     other.module().Click("VBernanke3", "Command3");
     OpenSearch(other.module(), OveridentifiedPattern, start, 0, "SVARMLBERNANKE");
     other.module().platform().random.seed(100);
     other.module().Click("VBernanke3", "Command2");
-    EXPECT_NE(ReadSimplexRecords(other.module()).back().b, first);
+    EXPECT_NE(ReadSimplexRecords(other.module(), 5).back().b, first);
 }
 
 TEST_F(Simplex, TheSizeOfTheRandomStartIsMendedWhenNotPositive) {
@@ -386,11 +390,54 @@ TEST(SimplexRoad, FromTheMethodChoiceToTheStructuralTests) {
     ASSERT_EQ(module.CurrentScreen, "VBernanke3");
     module.Click("VBernanke3", "Command2");
     module.Click("VBernanke3", "Command2");
-    const SimplexRecord best = *BestByLogLikelihood(ReadSimplexRecords(module));
+    const SimplexRecord best = *BestByLogLikelihood(ReadSimplexRecords(module, 5));
     EXPECT_NEAR(best.LogLikelihood, Overidentification()["ml_loglik"].get<double>(), 0.1);
     module.Click("VBernanke3", "Command4");
     EXPECT_EQ(Ctl(module, "VBernanke3", "Label0").Caption,
               " Structural VAR model: Estimation results");
     module.Click("VBernanke3", "Command5");
     EXPECT_EQ(module.CurrentScreen, "VWaldT3");
+}
+
+// Work files of another model, or cut short, end the search with the read error before anything
+// is sized by them; the unharmed files let the same steps go through.
+TEST(DamagedSearchFiles, FilesThatDoNotFitTheModelAreItsReadError) {
+    // The search opened on the overidentified model (five free parameters), the damage done, then
+    // one run. The number of the run-time error that ended the module, or 0.
+    auto runAfter = [](const std::vector<double>& start,
+                       const std::function<void(Module&)>& damage) {
+        TestModule test;
+        WalkE1ToVARSTR1(test);
+        Module& module = test.module();
+        OpenSearch(module, OveridentifiedPattern, start, 1, "SVARMLBERNANKE");
+        if (!module.Failure()) {
+            damage(module);
+            module.Click("VBernanke3", "Command2");
+        }
+        return module.Failure() ? module.Failure()->Number() : 0;
+    };
+    const std::vector<double> moments = Numbers(Overidentification()["moment_solution_b"]);
+    const auto unharmed = [](Module&) {};
+    EXPECT_EQ(runAfter(moments, unharmed), 0);
+    // Start values for one parameter too few or too many.
+    EXPECT_EQ(runAfter({moments.begin(), moments.end() - 1}, unharmed), InputPastEndOfFile);
+    EXPECT_EQ(runAfter({0.1, 0, 0.1, 0, 0.1, 0}, unharmed), InputPastEndOfFile);
+    // Records of a model of four parameters, and a record cut short.
+    EXPECT_EQ(runAfter(moments,
+                       [](Module& module) {
+                           WriteFile(module.DataFile("TMP.TMP"),
+                                     "4\r\n-10,1\r\n1\r\n1\r\n1\r\n1\r\n");
+                       }),
+              InputPastEndOfFile);
+    EXPECT_EQ(runAfter(moments,
+                       [](Module& module) {
+                           WriteFile(module.DataFile("TMP.TMP"), "5\r\n-10,1\r\n1\r\n1\r\n");
+                       }),
+              InputPastEndOfFile);
+    // The saved L of two variables where the model has three.
+    EXPECT_EQ(runAfter(moments,
+                       [](Module& module) {
+                           WriteFile(module.DataFile("BVARL.TMP"), "2\r\n1\r\n0\r\n0.5\r\n1\r\n");
+                       }),
+              InputPastEndOfFile);
 }
