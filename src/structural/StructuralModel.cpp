@@ -63,9 +63,9 @@ Pattern ReadStructuralPattern(const Workspace& workspace, int k) {
     return ReadPattern(workspace.DataFile("SVARA.TMP"), k);
 }
 
-std::vector<std::string> ReadResidualNames(const Workspace& workspace) {
+std::vector<std::string> ReadResidualNames(const Workspace& workspace, int k) {
     TextInput input(workspace.DataFile("U.TMP"));
-    const int k = input.ReadCount(1);
+    input.ReadCount(k, k);
     input.ExpectFields(k);
     std::vector<std::string> names;
     for (int i = 1; i <= k; ++i) {

@@ -30,7 +30,8 @@ int FreeParameterCount(const Pattern& Apat);
 // The pattern of the structural model, SVARA.TMP (k by k, row by row).
 Pattern ReadStructuralPattern(const Workspace& workspace, int k);
 
-// The k names of U.TMP, each cleaned of blanks and enclosing quotes.
-std::vector<std::string> ReadResidualNames(const Workspace& workspace);
+// The names of U.TMP for a model of k variables, each cleaned of blanks and enclosing quotes; a
+// count other than k is the file's read error.
+std::vector<std::string> ReadResidualNames(const Workspace& workspace, int k);
 
 } // namespace lorvane

@@ -63,7 +63,7 @@ void VBernanke1::DoubleClick(Control& control, int item) {
 
 // Equation i: its left-hand side in Label4, the other variables in List2, unmarked.
 void VBernanke1::ShowEquation(int i) {
-    VarNames = ReadResidualNames(module);
+    VarNames = ReadResidualNames(module, module.store().SelectedCount());
     (*this)("Text1").Caption = NumberToText(i);
     (*this)("Label4").Caption = VarNames.at(static_cast<std::size_t>(i - 1));
     Control& candidates = (*this)("List2");

@@ -96,6 +96,17 @@ TEST(VBernanke1, RedoGoesBackToTheForkWithTheSavedFiles) {
     EXPECT_EQ(Ctl(module, "VBernanke1", "List2").Items[1], "OLS residuals of dlcons");
 }
 
+// The residuals' names of another model: the equations would name variables the model lacks.
+TEST(VBernanke1, ResidualsOfAnotherModelAreTheirFilesReadError) {
+    TestModule test;
+    test::WalkE1ToVARSTR1(test);
+    Module& module = test.module();
+    WriteFile(module.DataFile("U.TMP"), "2\r\n\"dlinvest\"\r\n\"dlincome\"\r\n");
+    module.Click("VARSTR1", "Command2");
+    ASSERT_TRUE(module.Failure());
+    EXPECT_EQ(module.Failure()->Number(), InputPastEndOfFile);
+}
+
 class E1Structural : public ::testing::Test {
 protected:
     Module& module() { return test.module(); }
