@@ -164,7 +164,8 @@ void Read(const Workspace& workspace, int reader, std::uint8_t known, std::strin
         Write(workspace, bytes, {"U.TMP"});
         const Matrix u = ReadResiduals(workspace, known % 64);
         ExpectWithin(static_cast<long long>(u.Rows()) * u.Cols(), size, "residuals");
-        ExpectWithin(static_cast<long long>(ReadResidualNames(workspace).size()), size, "names");
+        ExpectWithin(static_cast<long long>(ReadResidualNames(workspace, u.Cols()).size()), size,
+                     "names");
         break;
     }
     case 7: {
