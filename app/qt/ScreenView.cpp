@@ -345,7 +345,7 @@ void ScreenView::refresh(double pixelsPerTwip, const PictureSource& pictures) {
     setVisible(screen->Visible);
     if (screen->HoldRequests() != holdRequests_) {
         holdRequests_ = screen->HoldRequests();
-        hold_->arm();
+        holdClicks();
     }
     orderTabs(*screen);
     followFocus(*screen);

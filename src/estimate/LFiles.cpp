@@ -63,6 +63,11 @@ Matrix ReadLFile(const Workspace& workspace, const std::string& name, int k) {
     return ReadL(workspace, name, std::max(k, 1), k);
 }
 
+int ReadLCount(const Workspace& workspace, int k) {
+    TextInput input(workspace.DataFile("VARL.TMP"));
+    return input.ReadCount(k, k);
+}
+
 double LargestDifference(const Matrix& a, const Matrix& b) {
     double largest = 0;
     for (int i = 1; i <= a.Rows(); ++i) {

@@ -19,6 +19,9 @@ void WriteLFiles(EstimationView& view, const Matrix& L, int k);
 Matrix ReadLFile(const Workspace& workspace, const std::string& name = "VARL.TMP");
 // The same for a model of k variables: a count other than k is the file's read error.
 Matrix ReadLFile(const Workspace& workspace, const std::string& name, int k);
+// The count of VARL.TMP alone, for a model of k variables: a count other than k is the file's
+// read error.
+int ReadLCount(const Workspace& workspace, int k);
 
 // The largest absolute difference between the elements of two k by k matrices.
 double LargestDifference(const Matrix& a, const Matrix& b);

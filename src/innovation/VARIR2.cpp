@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "estimate/LFiles.h"
 #include "frame/Decoration.h"
 #include "frame/Module.h"
 #include "frame/NumberText.h"
@@ -65,8 +66,7 @@ void VARIR2::Load() {
     (*this)("Command3").Visible = false;
     (*this)("Text2").Caption =
         "Adjust the innovation response horizon and click the 'Start' button";
-    TextInput lFile(module.DataFile("VARL.TMP"));
-    const int n = lFile.ReadCount(module.store().SelectedCount(), module.store().SelectedCount());
+    const int n = ReadLCount(module, module.store().SelectedCount());
     const Pattern lPattern = ReadPattern(module.DataFile("VARLPAT.TMP"), n);
     const char* route = IsStructuralPattern(lPattern) ? " Structural " : " Nonstructural ";
     (*this)("Label0").Caption =

@@ -34,7 +34,6 @@ public:
     bool HasPendingAnswers() const { return !answers_.empty() || !inputs_.empty(); }
     // Shows the next box, before it is answered, to watch (once): a screenshot of the box.
     void WatchNextBox(std::function<void(const BoxRequest&)> watch) { watch_ = std::move(watch); }
-    bool Watching() const { return static_cast<bool>(watch_); }
 
     std::string showMessage(const MessageBoxRequest& request) override;
     std::optional<std::string> showInput(const InputBoxRequest& request) override;

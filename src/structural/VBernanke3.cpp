@@ -65,9 +65,7 @@ double SampleSize(const Workspace& workspace) {
 
 // n of VARL.TMP, which must be the model's count of variables.
 int VariableCount(const Module& module) {
-    const int k = module.store().SelectedCount();
-    TextInput input(module.DataFile("VARL.TMP"));
-    return input.ReadCount(k, k);
+    return ReadLCount(module, module.store().SelectedCount());
 }
 
 Pattern ModelPattern(const Module& module) {

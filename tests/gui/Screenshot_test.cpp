@@ -35,6 +35,23 @@ void DefineScreens(GuiFixture& fixture) {
         4800, 3600);
 }
 
+// A results box of the report's kind: many lines, locked, in the fixed-pitch font.
+void AddReport(TestScreen& s) {
+    Control& report = s.add(ControlKind::TextBox, "Text1", "", 240, 480, 5880, 3000);
+    report.MultiLine = true;
+    report.Locked = true;
+    report.Font = FontFace::Fixed;
+}
+
+// Lines 1 to count of a report, each with its line end.
+std::string ReportLines(int count) {
+    std::string lines;
+    for (int i = 1; i <= count; ++i) {
+        lines += "Line " + std::to_string(i) + " of the report\r\n";
+    }
+    return lines;
+}
+
 bool IsHeadingBlue(QColor colour) {
     return colour.blue() > 120 && colour.red() < 80 && colour.green() < 100;
 }
@@ -84,18 +101,10 @@ private slots:
     // was never shown; a report that is replaced keeps the place the user scrolled to.
     void aGrowingReportIsFollowedToItsEnd() {
         GuiFixture fixture;
-        fixture.define("Alpha", [](TestScreen& s) {
-            Control& report = s.add(ControlKind::TextBox, "Text1", "", 240, 480, 5880, 3000);
-            report.MultiLine = true;
-            report.Locked = true;
-            report.Font = FontFace::Fixed;
-        });
+        fixture.define("Alpha", AddReport);
         fixture.go("Alpha");
         Control& report = fixture.screen("Alpha")("Text1");
-        std::string lines;
-        for (int i = 1; i <= 80; ++i) {
-            lines += "Line " + std::to_string(i) + " of the report\r\n";
-        }
+        const std::string lines = ReportLines(80);
         report.Caption = lines;
         const QImage first = gui::RenderFrame(fixture.frame());
         report.Caption += "The closing note\r\n";
@@ -123,10 +132,7 @@ private slots:
     void theScriptDriverTakesScreenshotsOfTheFrameAndOfBoxes() {
         GuiFixture fixture;
         fixture.define("Alpha", [](TestScreen& s) {
-            Control& report = s.add(ControlKind::TextBox, "Text1", "", 240, 480, 5880, 3000);
-            report.MultiLine = true;
-            report.Locked = true;
-            report.Font = FontFace::Fixed;
+            AddReport(s);
             s.add(ControlKind::Button, "Command1", "Ask", 7800, 5700, 1500, 450);
             s.add(ControlKind::Button, "Command2", "More", 7800, 6300, 1500, 450);
             s.onClick = [](TestScreen& screen, Control& control) {
@@ -134,9 +140,7 @@ private slots:
                     screen.owner().boxes().MessageBoxFull("Are you sure?", 4, "Alpha");
                     return;
                 }
-                for (int i = 1; i <= 40; ++i) {
-                    screen("Text1").Caption += "Line " + std::to_string(i) + " of the report\r\n";
-                }
+                screen("Text1").Caption += ReportLines(40);
             };
         });
         const QString frameFile = OutputFile("screenshot-script.png");
