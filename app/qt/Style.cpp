@@ -46,14 +46,42 @@ QFont SansFont(double points, bool bold) {
     return font;
 }
 
-QFont FixedFont(double points, bool bold) {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    // Some platforms (the offscreen one among them) answer with a proportional font.
-    if (!QFontInfo(font).fixedPitch()) {
-        font.setFamily(QStringLiteral("monospace"));
-        font.setStyleHint(QFont::Monospace);
-        font.setFixedPitch(true);
+namespace {
+
+// Whether the characters of the reports all take one advance: some fonts that do (Noto Sans Mono
+// under Qt 6.4) do not say they are of fixed pitch, and some platforms' fixed font is not.
+bool EqualAdvances(const QFont& font) {
+    const QFontMetricsF metrics(font);
+    const QString sample = QStringLiteral("0123456789 .-+EeiIlmMW");
+    for (const QChar c : sample) {
+        if (metrics.horizontalAdvance(c) != metrics.horizontalAdvance(sample[0])) {
+            return false;
+        }
     }
+    return true;
+}
+
+// The first of DejaVu Sans Mono (installed with the module), the system's fixed font and the
+// family "monospace" whose advances are equal.
+QFont FixedFamily() {
+    QFont monospace(QStringLiteral("monospace"));
+    monospace.setStyleHint(QFont::Monospace);
+    monospace.setFixedPitch(true);
+    const QFont candidates[] = {QFont(QStringLiteral("DejaVu Sans Mono")),
+                                QFontDatabase::systemFont(QFontDatabase::FixedFont), monospace};
+    for (const QFont& font : candidates) {
+        if (EqualAdvances(font)) {
+            return font;
+        }
+    }
+    return monospace;
+}
+
+} // namespace
+
+QFont FixedFont(double points, bool bold) {
+    static const QFont family = FixedFamily();
+    QFont font = family;
     font.setPointSizeF(points > 0 ? points : TextPoints);
     font.setBold(bold);
     return font;

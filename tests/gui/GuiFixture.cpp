@@ -1,10 +1,23 @@
 #include "GuiFixture.h"
 
+#include <QFontMetricsF>
 #include <QTest>
 
 #include "frame/NumberText.h"
 
 namespace lorvane::guitest {
+
+bool EqualAdvances(const QFont& font) {
+    // A report line of ten of each character is as wide as ten zeros.
+    const QFontMetricsF metrics(font);
+    const double zeros = metrics.horizontalAdvance(QString(10, QLatin1Char('0')));
+    for (const char c : std::string("123456789 .-+EeiIlmMW")) {
+        if (metrics.horizontalAdvance(QString(10, QLatin1Char(c))) != zeros) {
+            return false;
+        }
+    }
+    return true;
+}
 
 void TestScreen::MouseMove(Control& control, double x, double y) {
     std::ostringstream event;

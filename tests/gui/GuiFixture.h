@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include <QFont>
 #include <QObject>
 #include <QTemporaryDir>
 
@@ -21,6 +22,10 @@
 #include "platform/Headless.h"
 
 namespace lorvane::guitest {
+
+// Whether digits, the blank, the point and letters all take the same advance in this font: what
+// the report columns rely on, whatever the font says of its own pitch.
+bool EqualAdvances(const QFont& font);
 
 // A screen made by a test: controls are added by the test, every event is recorded as a line
 // ("Click Command1", "DoubleClick List1 2", "MouseMove Picture1 0.5 0.25") before the test's

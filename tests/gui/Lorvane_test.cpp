@@ -365,7 +365,7 @@ private slots:
         // The viewer shows the end of the log and follows it as the module writes ...
         QPlainTextEdit* text = page->log()->text();
         QVERIFY(text->isReadOnly());
-        QVERIFY(QFontInfo(text->font()).fixedPitch());
+        QVERIFY(EqualAdvances(text->font()));
         QCOMPARE(text->toPlainText(), AsShown(written));
         QScrollBar* bar = text->verticalScrollBar();
         QVERIFY(bar->maximum() > 0);

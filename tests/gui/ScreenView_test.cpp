@@ -90,8 +90,8 @@ private slots:
         QVERIFY(fixture.widget<QLineEdit>("Alpha", "Text1") != nullptr);
         auto* results = fixture.widget<QPlainTextEdit>("Alpha", "Text2");
         QVERIFY(results->isReadOnly());
-        QVERIFY(QFontInfo(results->font()).fixedPitch());
-        QVERIFY(!QFontInfo(fixture.widget<QLabel>("Alpha", "Label1")->font()).fixedPitch());
+        QVERIFY(EqualAdvances(results->font()));
+        QVERIFY(!EqualAdvances(fixture.widget<QLabel>("Alpha", "Label1")->font()));
 
         // 15 twips to a pixel; the heading spans the screen in bold; frames lie under their
         // options.

@@ -6,7 +6,7 @@
 namespace lorvane::test {
 
 std::string E1Csv() {
-    return ReadFile(std::filesystem::path(LORVANE_SHARED_DIR) / "data" / "e1.csv");
+    return ReadFile(std::filesystem::path(LORVANE_SOURCE_DIR) / "examples" / "e1.csv");
 }
 
 void StartWith(TestModule& test, const std::string& csv) {

@@ -7,7 +7,7 @@ namespace lorvane::test {
 
 const nlohmann::json& E1Reference() {
     static const nlohmann::json reference = [] {
-        std::ifstream in(std::filesystem::path(LORVANE_SHARED_DIR) / "reference" / "e1.json");
+        std::ifstream in(std::filesystem::path(LORVANE_SOURCE_DIR) / "tests" / "reference" / "e1.json");
         return nlohmann::json::parse(in);
     }();
     return reference;

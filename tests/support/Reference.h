@@ -4,7 +4,8 @@
 
 namespace lorvane::test {
 
-// The independent results for the example data (reference/e1.json of the shared folder).
+// The independent results for the example data (tests/reference/e1.json; its README says
+// where each figure comes from).
 const nlohmann::json& E1Reference();
 
 } // namespace lorvane::test
