@@ -395,6 +395,7 @@ TEST(CsvImport, RoundTripThroughTheDataStore) {
 
 TEST(CsvImport, E1IsQuarterlyFrom1960To1982) {
     const std::string path = std::string(LORVANE_SOURCE_DIR) + "/examples/e1.csv";
+    const std::string csv = ReadFile(path);
 
     ImportFolder folder;
     const ImportRun run = Import({path, folder.Work().string()});
