@@ -8,7 +8,7 @@ namespace lorvane {
 
 namespace {
 
-constexpr double UnitModulus = 0.99995;
+constexpr double UnitModulus = 0.9999995;
 
 } // namespace
 

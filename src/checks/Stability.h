@@ -17,8 +17,8 @@ struct CompanionRoot {
 // first; of a conjugate pair the one with the positive imaginary part comes first.
 std::vector<CompanionRoot> CompanionRoots(const Eigen::MatrixXd& A);
 
-// Decision: a root whose modulus shows as 1 at the four decimals of the report (0.99995 or
-// more) counts as a unit root, so that no VAR whose table shows a modulus of 1.0000 is called
+// Decision: a root whose modulus shows as 1 at the six decimals of the report (0.9999995 or
+// more) counts as a unit root, so that no VAR whose table shows a modulus of 1.000000 is called
 // stable.
 bool IsStable(const std::vector<CompanionRoot>& roots);
 

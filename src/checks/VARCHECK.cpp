@@ -95,9 +95,9 @@ void VARCHECK::Compute() {
     }
 
     const ModelChecks checks = RunModelChecks(model, *h, *q);
-    const std::string report = "Model checks of the estimated VAR (residuals of the last "
-                               "estimate, T =" +
-                               NumberToText(T_) + "):\r\n\r\n" + ModelChecksReport(checks);
+    const std::string report =
+        "Model checks (residuals of the last estimate, T =" + NumberToText(T_) + "):\r\n\r\n" +
+        ModelChecksReport(checks);
     (*this)("Text1").Caption = report;
     AppendToLog(module, "");
     AppendToLog(module, report);

@@ -43,13 +43,13 @@ TEST(Stability, RootsOfKnownCompanionMatrices) {
     EXPECT_NEAR(var1[1], 0.2, 1e-12);
 }
 
-// A root close enough to the unit circle to show a modulus of 1.0000 is a unit root; one just
+// A root close enough to the unit circle to show a modulus of 1.000000 is a unit root; one just
 // inside the shown precision is not; an explosive root is not stable either.
 TEST(Stability, RootsNearTheUnitCircle) {
     Eigen::Matrix2d A;
-    A << 0.99996, 0.3, 0, 0.5;
+    A << 0.9999996, 0.3, 0, 0.5;
     EXPECT_FALSE(IsStable(CompanionRoots(A)));
-    A(0, 0) = 0.9999;
+    A(0, 0) = 0.99999;
     EXPECT_TRUE(IsStable(CompanionRoots(A)));
     A(0, 0) = 1.02;
     EXPECT_FALSE(IsStable(CompanionRoots(A)));
