@@ -12,7 +12,9 @@ VWaldT2::VWaldT2(Module& module)
                                       "significance. Selected parameters are indicated by (*):",
                        .mark = MarkPlace::End,
                        .reportHead = "",
-                       .logged = false}) {}
+                       .logged = false}) {
+    Add(ControlKind::Button, "Checks", "Model checks", 6360, 6120, 1440, 420);
+}
 
 void VWaldT2::Load() {
     const bool maximumLikelihood = ReadRoute(module) == RouteMaximumLikelihood;
@@ -35,6 +37,8 @@ void VWaldT2::Click(Control& control) {
         module.GoToScreen("VARSTR1");
     } else if (name == "Command3") {
         module.GoToScreen("VWaldT2");
+    } else if (name == "Checks") {
+        module.GoToScreen("VARCHECK");
     } else if (name == "Command5") {
         OpenLogSection(module);
         AppendToLog(module, "Model will be respecified!");
