@@ -148,6 +148,9 @@ TEST_F(Simplex, RecursiveModelReachesTheNonstructuralLikelihood) {
     EXPECT_FALSE(control("Label1").Visible);
     EXPECT_EQ(control("Text2").Caption, "0.01");
     EXPECT_EQ(ReadFile(File("TMP.TMP")), "6\r\n");
+    EXPECT_TRUE(control("Label3").Caption.ends_with(
+        "Try option 2 first, and then switch to option 1. The final iteration round should be "
+        "done with option 1."));
     EXPECT_TRUE(control("Text1").Caption.starts_with("\r\nStructural model:\r\n"));
 
     const double nonstructural = Overidentification()["nonstructural_loglik"].get<double>();
@@ -255,6 +258,10 @@ TEST_F(Simplex, OveridentifiedModelFromMomentsToMaximumLikelihood) {
 // the estimate are those at the maximum.
 TEST_F(Simplex, OveridentifiedModelIsAtTheMaximumAfterOneRun) {
     Open(OveridentifiedPattern, Numbers(Overidentification()["moment_solution_b"]));
+    // The MAD cannot reach the zero moment: option 2 is not advised.
+    EXPECT_TRUE(control("Label3").Caption.ends_with(
+        "Your model is over-identified: the MAD cannot fall below the inverse variance at the "
+        "restricted zero moments, so option 2 is of little use here. Use option 1."));
     module().platform().random.seed(7);
     Run();
     const SimplexRecord first = Records().back();
