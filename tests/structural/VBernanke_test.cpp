@@ -274,6 +274,35 @@ TEST_F(E1Structural, PatternsThatCannotBeIdentifiedAskForRespecification) {
     ExpectRespecification(module(), " Respecify the structural model");
 }
 
+// The data in other units (L times 1000): the report's lines of the moment system are the very
+// rows the solver is given, number for number.
+TEST_F(E1Structural, PrintedSystemIsTheSolvedSystem) {
+    test::WalkE1ToVARSTR1(test);
+    const Matrix L = ReadLFile(module(), "BVARL.TMP");
+    std::string file = "3\r\n";
+    for (int i = 1; i <= 3; ++i) {
+        for (int j = 1; j <= 3; ++j) {
+            file += NumberToText(1000 * L(i, j)) + "\r\n";
+        }
+    }
+    WriteFile(module().DataFile("BVARL.TMP"), file);
+    test::SpecifyStructural(test, test::Recursive);
+    const std::vector<std::string> report = Lines(Report(module()));
+    const std::vector<std::string> steps = Lines(Ctl(module(), "VBernanke2", "Text2").Caption);
+    std::size_t printed = 0;
+    while (printed < report.size() &&
+           report[printed] !=
+               "This is a system of quadratic equations in the non-zero elements of B:") {
+        ++printed;
+    }
+    ASSERT_LT(printed + 7, report.size());
+    ASSERT_GE(steps.size(), 7u);
+    ASSERT_EQ(steps[0], "System of equations:");
+    for (std::size_t r = 1; r <= 6; ++r) {
+        EXPECT_EQ(report[printed + 1 + r], steps[r]);
+    }
+}
+
 TEST_F(E1Structural, SystemWithoutASingleUnknownGoesToMaximumLikelihood) {
     // Four variables; the first stands alone, the others form a cycle.
     test::WalkE1ToVARSTR1(test, true, {2, 3, 4, 5});
