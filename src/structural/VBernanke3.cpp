@@ -49,8 +49,8 @@ constexpr const char* AdviceJustIdentified =
 // MAD never falls below the largest of those elements: option 2 stops at once or drifts to poor
 // likelihoods, and is not suggested first.
 constexpr const char* AdviceOveridentified =
-    "Your model is over-identified: the MAD cannot fall below the inverse variance at the "
-    "restricted zero moments, so option 2 is of little use here. Use option 1.";
+    "Your model is over-identified: the MAD cannot fall to zero, so option 2 is of little use. "
+    "Use option 1.";
 
 // The variance S = LL' of the nonstructural errors, L as the nonstructural estimation left it,
 // with its inverse and determinant.

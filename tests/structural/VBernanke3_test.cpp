@@ -260,8 +260,8 @@ TEST_F(Simplex, OveridentifiedModelIsAtTheMaximumAfterOneRun) {
     Open(OveridentifiedPattern, Numbers(Overidentification()["moment_solution_b"]));
     // The MAD cannot reach the zero moment: option 2 is not advised.
     EXPECT_TRUE(control("Label3").Caption.ends_with(
-        "Your model is over-identified: the MAD cannot fall below the inverse variance at the "
-        "restricted zero moments, so option 2 is of little use here. Use option 1."));
+        "Your model is over-identified: the MAD cannot fall to zero, so option 2 is of little "
+        "use. Use option 1."));
     module().platform().random.seed(7);
     Run();
     const SimplexRecord first = Records().back();
