@@ -12,7 +12,9 @@ VWaldT2::VWaldT2(Module& module)
                                       "significance. Selected parameters are indicated by (*):",
                        .mark = MarkPlace::End,
                        .reportHead = "",
-                       .logged = false}) {}
+                       // Decision: the log is the whole record, so every test goes there as
+                       // the structural model's tests do.
+                       .logged = true}) {}
 
 void VWaldT2::Load() {
     const bool maximumLikelihood = ReadRoute(module) == RouteMaximumLikelihood;
