@@ -3,7 +3,7 @@
 // solution B = L^-1, with the iteration line made after every round as the screen makes it:
 //   k = 3: 6 parameters,  k = 6: 21 parameters.
 // A start at half the moment solution shows a longer run (more rounds before the simplex
-// closes).
+// closes). The refinement of a run's result by Newton's method is measured for k = 6 as well.
 
 #include <benchmark/benchmark.h>
 
@@ -15,6 +15,7 @@
 #include "numeric/Matsubs.h"
 #include "platform/Headless.h"
 #include "structural/DownhillSimplex.h"
+#include "structural/LikelihoodRefinement.h"
 #include "structural/MLReport.h"
 #include "structural/SimplexObjectives.h"
 
@@ -101,6 +102,31 @@ BENCHMARK(BM_SimplexRun)
     ->ArgNames({"k", "start"})
     ->Args({3, 100})
     ->Args({6, 100})
+    ->Args({6, 50})
+    ->Unit(benchmark::kMillisecond);
+
+// The refinement that follows a run of option 1: Newton's method from the start (range(1) in
+// percent of the moment solution, where the simplex would have left off far from the maximum)
+// to the maximum, with the log likelihood of the search before and after.
+void BM_Refinement(benchmark::State& state) {
+    const int k = static_cast<int>(state.range(0));
+    Problem problem = RecursiveProblem(k);
+    for (double& value : problem.start) {
+        value *= static_cast<double>(state.range(1)) / 100;
+    }
+    std::vector<double> b;
+    for (auto _ : state) {
+        double c0 = 0;
+        SimplexObjectives objectives(problem.Apat, problem.S, problem.SInv, 73, c0);
+        b = problem.start;
+        benchmark::DoNotOptimize(RefineSimplexResult(objectives, problem.S, b));
+    }
+    state.counters["parameters"] = static_cast<double>(b.size());
+}
+
+BENCHMARK(BM_Refinement)
+    ->ArgNames({"k", "start"})
+    ->Args({6, 99})
     ->Args({6, 50})
     ->Unit(benchmark::kMillisecond);
 

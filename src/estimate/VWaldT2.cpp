@@ -14,7 +14,9 @@ VWaldT2::VWaldT2(Module& module)
                        .reportHead = "",
                        // Decision: the log is the whole record, so every test goes there as
                        // the structural model's tests do.
-                       .logged = true}) {}
+                       .logged = true}) {
+    Add(ControlKind::Button, "Checks", "Model checks", 6360, 6120, 1440, 420);
+}
 
 void VWaldT2::Load() {
     const bool maximumLikelihood = ReadRoute(module) == RouteMaximumLikelihood;
@@ -37,6 +39,8 @@ void VWaldT2::Click(Control& control) {
         module.GoToScreen("VARSTR1");
     } else if (name == "Command3") {
         module.GoToScreen("VWaldT2");
+    } else if (name == "Checks") {
+        module.GoToScreen("VARCHECK");
     } else if (name == "Command5") {
         OpenLogSection(module);
         AppendToLog(module, "Model will be respecified!");

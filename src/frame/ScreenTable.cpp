@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 
+#include "checks/VARCHECK.h"
 #include "data/SELOBS.h"
 #include "data/SELSS1.h"
 #include "data/SelVar1.h"
@@ -38,12 +39,12 @@ template <typename S> Factory Make() {
     return [](Module& module) { return std::make_unique<S>(module); };
 }
 
-constexpr std::array<std::string_view, 23> Names = {
-    "APICPRN",  "CHEBISHEVPOL", "GUIDEDTOUR",  "MYINPUTBOXFRM", "MYMESSAGEBOXFRM",
-    "SELOBS",   "SELSS1",       "SELVAR1",     "SELVARYINFO",   "VAR2",
-    "VAR3",     "VARDECOMP",    "VARDETERMIN", "VARIR2",        "VARSTR1",
-    "VARSTR2",  "VARSUR",       "VBERNANKE1",  "VBERNANKE2",    "VBERNANKE3",
-    "VIRPLOT2", "VWALDT2",      "VWALDT3"};
+constexpr std::array<std::string_view, 24> Names = {
+    "APICPRN",    "CHEBISHEVPOL", "GUIDEDTOUR", "MYINPUTBOXFRM", "MYMESSAGEBOXFRM",
+    "SELOBS",     "SELSS1",       "SELVAR1",    "SELVARYINFO",   "VAR2",
+    "VAR3",       "VARCHECK",     "VARDECOMP",  "VARDETERMIN",   "VARIR2",
+    "VARSTR1",    "VARSTR2",      "VARSUR",     "VBERNANKE1",    "VBERNANKE2",
+    "VBERNANKE3", "VIRPLOT2",     "VWALDT2",    "VWALDT3"};
 
 const std::map<std::string, Factory, std::less<>>& Factories() {
     static const std::map<std::string, Factory, std::less<>> factories = {
@@ -56,6 +57,7 @@ const std::map<std::string, Factory, std::less<>>& Factories() {
         {"SELVARYINFO", Make<SelvarYInfo>()},
         {"VAR2", Make<VAR2>()},
         {"VAR3", Make<VAR3>()},
+        {"VARCHECK", Make<VARCHECK>()},
         {"VARDETERMIN", Make<VARDetermin>()},
         {"VARDECOMP", Make<VARDECOMP>()},
         {"VARIR2", Make<VARIR2>()},

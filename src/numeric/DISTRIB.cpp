@@ -130,26 +130,30 @@ double ChiSquarePValue(double x, Int16 df) {
     return 1.0 - ChiSquareCDF(x, df);
 }
 
-double ChiSquareCritical(Int16 df, double level) {
+namespace {
+
+// The value whose upper tail is level percent: halving from 1 until the tail passes p, doubling
+// from 1 until it falls below p, then bisection to a tail within 1E-05 of p.
+template <typename Tail> double CriticalValue(Tail tail, double level) {
     if (!(level > 0.0 && level < 100.0)) {
         Raise(InvalidProcedureCall);
     }
     const double p = level / 100.0;
     double x = 1.0;
-    double q = ChiSquarePValue(x, df);
+    double q = tail(x);
     while (q <= p) {
         x /= 2.0;
-        q = ChiSquarePValue(x, df);
+        q = tail(x);
     }
     double lower = x;
     x = 1.0;
     while (q >= p) {
         x *= 2.0;
-        q = ChiSquarePValue(x, df);
+        q = tail(x);
     }
     double upper = x;
     double middle = (lower + upper) / 2.0;
-    q = ChiSquarePValue(middle, df);
+    q = tail(middle);
     // The second test only ends a search that can no longer move (a jump of the tail across p).
     while (std::fabs(q - p) > 1e-05 && middle != lower && middle != upper) {
         if (q > p) {
@@ -158,9 +162,84 @@ double ChiSquareCritical(Int16 df, double level) {
             upper = middle;
         }
         middle = (lower + upper) / 2.0;
-        q = ChiSquarePValue(middle, df);
+        q = tail(middle);
     }
     return middle;
+}
+
+// The last three lines of a test's report from its critical values at 10% and 5%: a statistic
+// exactly on a critical value is accepted.
+void LevelLines(double x, double c10, double c5, std::string& levelLine, std::string& criticalLine,
+                std::string& conclusionLine) {
+    levelLine = std::string("Significance levels:") + "        10%" + "         5%";
+    criticalLine = "Critical values:    " + RightAligned(FormatNumber(c10, "########.##"), 11) +
+                   RightAligned(FormatNumber(c5, "########.##"), 11);
+    conclusionLine = "Conclusions:        ";
+    if (c10 < x) {
+        conclusionLine += "     reject";
+        conclusionLine += c5 < x ? "     reject" : "     accept";
+    } else {
+        conclusionLine += "     accept";
+        conclusionLine += "     accept";
+    }
+}
+
+// The continued fraction of the regularised incomplete beta function, by the modified Lentz
+// method, for x below (a + 1) / (a + b + 2).
+double BetaFraction(double a, double b, double x) {
+    constexpr double tiny = 1e-300;
+    constexpr double tolerance = 1e-15;
+    const auto kept = [](double value) { return std::fabs(value) < tiny ? tiny : value; };
+    double c = 1.0;
+    double d = 1.0 / kept(1.0 - (a + b) * x / (a + 1.0));
+    double fraction = d;
+    for (int m = 1; m <= 1000; ++m) {
+        const double even = m * (b - m) * x / ((a + 2 * m - 1) * (a + 2 * m));
+        d = 1.0 / kept(1.0 + even * d);
+        c = kept(1.0 + even / c);
+        fraction *= d * c;
+        const double odd = -(a + m) * (a + b + m) * x / ((a + 2 * m) * (a + 2 * m + 1));
+        d = 1.0 / kept(1.0 + odd * d);
+        c = kept(1.0 + odd / c);
+        const double step = d * c;
+        fraction *= step;
+        if (std::fabs(step - 1.0) < tolerance) {
+            break;
+        }
+    }
+    return fraction;
+}
+
+} // namespace
+
+double ChiSquareCritical(Int16 df, double level) {
+    return CriticalValue([df](double x) { return ChiSquarePValue(x, df); }, level);
+}
+
+double IncompleteBeta(double a, double b, double x) {
+    if (x <= 0.0) {
+        return 0.0;
+    }
+    if (x >= 1.0) {
+        return 1.0;
+    }
+    const double front = std::exp(std::lgamma(a + b) - std::lgamma(a) - std::lgamma(b) +
+                                  a * std::log(x) + b * std::log1p(-x));
+    if (x < (a + 1.0) / (a + b + 2.0)) {
+        return front * BetaFraction(a, b, x) / a;
+    }
+    return 1.0 - front * BetaFraction(b, a, 1.0 - x) / b;
+}
+
+double FPValue(double x, double df1, double df2) {
+    if (x <= 0.0) {
+        return 1.0;
+    }
+    return IncompleteBeta(df2 / 2.0, df1 / 2.0, df2 / (df2 + df1 * x));
+}
+
+double FCritical(double df1, double df2, double level) {
+    return CriticalValue([df1, df2](double x) { return FPValue(x, df1, df2); }, level);
 }
 
 double IncompleteGammaP(double a, double x) {
@@ -237,19 +316,15 @@ double LogGamma(double a) {
 void ChiSquareReport(double x, Int16 df, std::string& pLine, std::string& levelLine,
                      std::string& criticalLine, std::string& conclusionLine) {
     pLine = "p-value = " + FormatNumber(ChiSquarePValue(x, df), "0.00000");
-    levelLine = std::string("Significance levels:") + "        10%" + "         5%";
-    const double c5 = ChiSquareCritical(df, 5);
-    const double c10 = ChiSquareCritical(df, 10);
-    criticalLine = "Critical values:    " + RightAligned(FormatNumber(c10, "########.##"), 11) +
-                   RightAligned(FormatNumber(c5, "########.##"), 11);
-    conclusionLine = "Conclusions:        ";
-    if (c10 < x) {
-        conclusionLine += "     reject";
-        conclusionLine += c5 < x ? "     reject" : "     accept";
-    } else {
-        conclusionLine += "     accept";
-        conclusionLine += "     accept";
-    }
+    LevelLines(x, ChiSquareCritical(df, 10), ChiSquareCritical(df, 5), levelLine, criticalLine,
+               conclusionLine);
+}
+
+void FReport(double x, double df1, double df2, std::string& pLine, std::string& levelLine,
+             std::string& criticalLine, std::string& conclusionLine) {
+    pLine = "p-value = " + FormatNumber(FPValue(x, df1, df2), "0.00000");
+    LevelLines(x, FCritical(df1, df2, 10), FCritical(df1, df2, 5), levelLine, criticalLine,
+               conclusionLine);
 }
 
 } // namespace lorvane

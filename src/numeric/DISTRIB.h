@@ -28,9 +28,20 @@ double IncompleteGammaP(double a, double x);
 // ln Gamma(a): exact sums of logarithms for whole numbers and halves, Lanczos otherwise.
 double LogGamma(double a);
 
+// The regularised incomplete beta function I_x(a, b), by its continued fraction.
+double IncompleteBeta(double a, double b, double x);
+// The upper tail of the F distribution with df1 and df2 degrees of freedom (either may be
+// fractional); 1 for x not above 0.
+double FPValue(double x, double df1, double df2);
+// The value whose upper tail is level percent, found as the chi-square critical value is.
+double FCritical(double df1, double df2, double level);
+
 // The four lines of the accept/reject report of a chi-square statistic x with df degrees of
 // freedom at the 10% and 5% levels.
 void ChiSquareReport(double x, Int16 df, std::string& pLine, std::string& levelLine,
                      std::string& criticalLine, std::string& conclusionLine);
+// The same lines for an F statistic x with df1 and df2 degrees of freedom.
+void FReport(double x, double df1, double df2, std::string& pLine, std::string& levelLine,
+             std::string& criticalLine, std::string& conclusionLine);
 
 } // namespace lorvane

@@ -79,13 +79,12 @@ std::string MomentConditionsText(const TextMatrix& Bname, const TextMatrix& Mome
            Line("This is a system of quadratic equations in the non-zero elements of B:") + LineEnd;
 }
 
-std::string SystemLinesText(const TextMatrix& Moment, const Matrix& VarUInverse, Int16& StarCount) {
+std::string SystemLinesText(const TextMatrix& Moment, const Matrix& rounded, Int16& StarCount) {
     std::string text;
     StarCount = 0;
     for (int i = 1; i <= Moment.Size(); ++i) {
         for (int j = 1; j <= i; ++j) {
-            std::string line =
-                Moment(i, j) + " = " + TrimLeft(NumberToText(ToSingle(VarUInverse(i, j))));
+            std::string line = Moment(i, j) + " = " + TrimLeft(NumberToText(rounded(i, j)));
             if (Moment(i, j) == "0") {
                 line += " (*)";
                 ++StarCount;

@@ -25,9 +25,9 @@ std::string BNameText(const TextMatrix& Bname);
 std::string MomentConditionsText(const TextMatrix& Bname, const TextMatrix& Moment,
                                  const Matrix& VarUInverse);
 
-// One line per element on and below the diagonal, Moment = value in single precision, the
-// zeros marked " (*)"; StarCount counts the marks.
-std::string SystemLinesText(const TextMatrix& Moment, const Matrix& VarUInverse, Int16& StarCount);
+// One line per element on and below the diagonal, Moment = value, the values as the solver
+// receives them (already rounded), the zeros marked " (*)"; StarCount counts the marks.
+std::string SystemLinesText(const TextMatrix& Moment, const Matrix& rounded, Int16& StarCount);
 
 // The note on the (*) restrictions, for StarCount above 0.
 std::string StarNoteText(int StarCount);

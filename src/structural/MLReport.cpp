@@ -53,12 +53,19 @@ std::string SolutionLines(const std::vector<double>& b) {
 }
 
 std::string SimplexRunText(int option, const std::vector<double>& b, double LL,
-                           double nonstructuralLL, const Matrix& BB, const Matrix& SInv) {
+                           double nonstructuralLL, const Matrix& BB, const Matrix& SInv,
+                           std::optional<double> refinementGain) {
     std::string text = Line(option == 1 ? "Maximum Likelihood solution for b:"
                                         : "Method of Moment solution for b:");
     text += LineEnd;
     text += SolutionLines(b) + LineEnd;
     text += LogLikelihoodLines(LL, nonstructuralLL);
+    if (refinementGain) {
+        text += Line("The simplex result has been refined by Newton's method to the maximum,");
+        text += Line("which raised the log-likelihood by " +
+                     TrimLeft(FormatNumber(*refinementGain, Picture)) + ".");
+        text += LineEnd;
+    }
     text += MatrixLines("Matrix B'B:", BB);
     text += MatrixLines("which should be close to:", SInv);
     text += Line("It is recommended to restart the simplex iteration until the");

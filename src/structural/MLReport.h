@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,10 +18,12 @@ std::string IterationLine(int option, double iteration, const std::vector<double
 // "b(k) = value" for each free element.
 std::string SolutionLines(const std::vector<double>& b);
 
-// The report at the end of a run: the solution, the two log likelihoods, B'B beside the inverse
-// of the variance of the nonstructural errors, and the advice to restart.
+// The report at the end of a run: the solution, the two log likelihoods, what the refinement of
+// the simplex result added (when it ran), B'B beside the inverse of the variance of the
+// nonstructural errors, and the advice to restart.
 std::string SimplexRunText(int option, const std::vector<double>& b, double LL,
-                           double nonstructuralLL, const Matrix& BB, const Matrix& SInv);
+                           double nonstructuralLL, const Matrix& BB, const Matrix& SInv,
+                           std::optional<double> refinementGain = std::nullopt);
 
 // The estimate's report: the solution, the log likelihoods, B, B'B, SInv and their largest
 // absolute deviation.

@@ -87,6 +87,13 @@ std::string StructuralModelTextWithT(const std::vector<std::string>& names, cons
     return text;
 }
 
+// Decision: equations without t-values say why, as the test of the zero moments and the response
+// bands do when the FIML variance of L is missing.
+std::string NoTValuesText() {
+    return std::string("The t-values cannot be computed without the FIML variance of L.") +
+           LineEnd + LineEnd;
+}
+
 std::string MatrixText(const Matrix& matrix, const std::string& picture, std::size_t width) {
     std::string text;
     for (int i = 1; i <= matrix.Rows(); ++i) {

@@ -22,6 +22,9 @@ std::vector<std::string> StructuralNames(const Module& module);
 std::string StructuralModelText(const std::vector<std::string>& names, const Pattern& Apat,
                                 const Vector& CoefA, const Vector& CoefC);
 
+// The sentence below the equations shown without t-values: why there are none.
+std::string NoTValuesText();
+
 // The same with the t-value "(...)" and the two-sided normal p-value "[...]" below each
 // coefficient, their brackets ending in the value's column, closed by the two lines that name
 // the brackets.

@@ -88,20 +88,32 @@ StructuralSystem::StructuralSystem(const Pattern& Apat) : Apat_(Apat) {
     compiled_ = std::make_unique<CompiledSystem>(parameterCount_, lhs_);
 }
 
-bool StructuralSystem::RightHandSides(const Matrix& L, std::vector<double>& rhs) const {
-    Matrix inverse;
-    if (!InverseVarianceOfU(L, inverse)) {
+bool StructuralSystem::RoundedMoments(const Matrix& L, Matrix& rounded) const {
+    if (!InverseVarianceOfU(L, rounded)) {
         return false;
     }
     // Single precision in the units of the data: element (i, j) is rounded with its power of
     // ten of units taken out, so that a change of units does not move where the rounding falls
     // and the derivatives through these solves follow the units exactly.
     const std::vector<int> units = UnitPowers(L);
+    for (int i = 1; i <= rounded.Rows(); ++i) {
+        for (int j = 1; j <= rounded.Cols(); ++j) {
+            const double unit = PowerOfTen(-units[static_cast<std::size_t>(i - 1)] -
+                                           units[static_cast<std::size_t>(j - 1)]);
+            rounded(i, j) = ToSingle(rounded(i, j) / unit) * unit;
+        }
+    }
+    return true;
+}
+
+bool StructuralSystem::RightHandSides(const Matrix& L, std::vector<double>& rhs) const {
+    Matrix rounded;
+    if (!RoundedMoments(L, rounded)) {
+        return false;
+    }
     rhs.clear();
     for (const auto& [i, j] : equations_) {
-        const double unit = PowerOfTen(-units[static_cast<std::size_t>(i - 1)] -
-                                       units[static_cast<std::size_t>(j - 1)]);
-        rhs.push_back(ToSingle(inverse(i, j) / unit) * unit);
+        rhs.push_back(rounded(i, j));
     }
     return true;
 }

@@ -24,8 +24,13 @@ public:
     // the diagonal that are not "0" the equations, the others the moment zeros.
     explicit StructuralSystem(const Pattern& Apat);
 
-    // The right-hand sides of the system at L: the elements of the inverse of LL' at the places
-    // of the equations, rounded to single precision. False when LL' is singular.
+    // The inverse of LL' with every element rounded to single precision in the units of the data.
+    // Decision: the printed moment system and the solved one are the same numbers, this one
+    // rounding; a plain rounding for the report beside this one for the solver printed a system
+    // that the printed solution did not solve. False when LL' is singular.
+    bool RoundedMoments(const Matrix& L, Matrix& rounded) const;
+    // The right-hand sides of the system at L: the rounded moments at the places of the
+    // equations. False when LL' is singular.
     bool RightHandSides(const Matrix& L, std::vector<double>& rhs) const;
 
     // Solves the system at L through the text lists of the solver, silently; B, CoefA and CoefC

@@ -1,5 +1,6 @@
 #include "structural/SymbolicSolver.h"
 
+#include <cmath>
 #include <cstddef>
 #include <utility>
 
@@ -12,6 +13,8 @@ namespace lorvane {
 namespace {
 
 constexpr const char* LineEnd = "\r\n";
+// How closely a consistency row must hold, relative to the size of its terms.
+constexpr double ConsistencyTolerance = 1e-5;
 
 // The value that the text of x gives back: every number the solver keeps is carried by its
 // text, so it has the digits NumberToText shows and no more.
@@ -47,8 +50,8 @@ public:
           reporting_(display == SolverDisplay::Visible && static_cast<bool>(output.progress)) {}
 
     bool Run();
-    // The solved rows in the order of the number of their first factor, rows with the same number
-    // in the order of solving.
+    // The rows of the solved unknowns in the order of their numbers; duplicates and consistency
+    // rows stay in the table only.
     std::vector<SolvedRow> Solution() const;
     const std::vector<SystemRow>& Rows() const { return rows_; }
 
@@ -60,7 +63,18 @@ public:
 private:
     enum class Sweep { Done, WholeRow };
 
-    bool Complete() const { return static_cast<int>(table_.size()) == parameterCount_; }
+    // Decision: a solve succeeds only when each of b(1)..b(P) has exactly one row of its own in
+    // the table. Counting the rows of the table instead let a b solved twice stand in for one
+    // never solved, and the solution then shifted every value behind the repeat.
+    bool Complete() const { return solvedCount_ == parameterCount_; }
+    bool Known(int p) const {
+        return p >= 1 && p <= parameterCount_ && known_[static_cast<std::size_t>(p)];
+    }
+    void AddSolved(int p, double value);
+    double Value(int p) const { return values_[static_cast<std::size_t>(p)]; }
+    bool Agrees(const SystemRow& row) const;
+    bool AddConsistency(const SystemRow& row);
+    bool RemainderAgrees();
     bool SolveSquares();
     void SolveSingleProducts();
     void SolveByDivision(std::size_t i);
@@ -76,6 +90,11 @@ private:
     const std::vector<std::string>& givenTexts_;
     std::vector<SystemRow> rows_;
     std::vector<SolvedRow> table_;
+    std::vector<bool> known_ = std::vector<bool>(static_cast<std::size_t>(parameterCount_) + 1);
+    std::vector<double> values_ =
+        std::vector<double>(static_cast<std::size_t>(parameterCount_) + 1);
+    int solvedCount_ = 0;
+    bool inconsistent_ = false;
     bool showing_;
     bool pausing_;
     bool reporting_;
@@ -107,16 +126,73 @@ void Solver::ShowNewSystem() {
     Write(text + LineEnd);
 }
 
+void Solver::AddSolved(int p, double value) {
+    table_.push_back({SingleFactor(p), value, -1});
+    // An unknown numbered beyond P is solved like any other but never completes the count.
+    if (p >= 1 && p <= parameterCount_) {
+        known_[static_cast<std::size_t>(p)] = true;
+        values_[static_cast<std::size_t>(p)] = value;
+        ++solvedCount_;
+    }
+}
+
+// Whether a row whose factors are all known holds at the known values, to the seven digits that
+// the system carries (with room for what the divisions and roots made of them).
+bool Solver::Agrees(const SystemRow& row) const {
+    double sum = 0;
+    double scale = std::abs(row.value);
+    for (const Term& term : row.lhs) {
+        const double product = Value(term.first) * Value(term.second);
+        sum += term.negative ? -product : product;
+        scale += std::abs(product);
+    }
+    return std::abs(sum - row.value) <= ConsistencyTolerance * scale;
+}
+
+// Decision: a row whose factors are all known already is a consistency row. It never solves a b
+// again: it leaves the system for the table as a duplicate does, and its value must agree with
+// the known ones. A model with more equations than unknowns and values that disagree has no
+// solution of all its moment equations, whichever of them a solve by hand would use.
+bool Solver::AddConsistency(const SystemRow& row) {
+    const Term& term = row.lhs[0];
+    table_.push_back(
+        {Joined(SingleFactor(term.first), SingleFactor(term.second)), row.value, row.source});
+    if (!Agrees(row)) {
+        Write("Solve " + TermRowText(row.lhs) + " = " + ValueText(row.value, row.source) + LineEnd +
+              "However, this equation does not agree with the values already found!" + LineEnd);
+        inconsistent_ = true;
+    }
+    return !inconsistent_;
+}
+
+// Once every b is known, the rows still in the system are checked as consistency rows.
+bool Solver::RemainderAgrees() {
+    for (const SystemRow& row : rows_) {
+        for (const Term& term : row.lhs) {
+            if (!Known(term.first) || !Known(term.second)) {
+                return false;
+            }
+        }
+        if (!Agrees(row)) {
+            Write("However, the equation " + TermRowText(row.lhs) + " = " +
+                  ValueText(row.value, row.source) + " does not agree with the solution!" +
+                  LineEnd);
+            return false;
+        }
+    }
+    return true;
+}
+
 void Solver::ShowProgress() {
     if (!reporting_) {
         return;
     }
-    const Int16 percent = CInt(100.0 * static_cast<double>(table_.size()) / parameterCount_);
+    const Int16 percent = CInt(100.0 * solvedCount_ / parameterCount_);
     output_.progress(" Solving the structural model. Done " + Trim(NumberToText(percent)) + "%");
 }
 
-// Takes the positive root of every row b(p)b(p) = c, for p in order; a row that appears again
-// for the same p is solved again.
+// Takes the positive root of every row b(p)b(p) = c, for p in order; such a row for a b already
+// known is a consistency row.
 bool Solver::SolveSquares() {
     for (int p = 1; p <= parameterCount_; ++p) {
         for (;;) {
@@ -129,6 +205,14 @@ bool Solver::SolveSquares() {
                 break;
             }
             const SystemRow& row = rows_[r];
+            if (Known(p)) {
+                const bool agrees = AddConsistency(row);
+                rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(r));
+                if (!agrees) {
+                    return false;
+                }
+                continue;
+            }
             const double c = row.value;
             if (showing_) {
                 Write("Solve " + TermRowText(row.lhs) + " = " + ValueText(c, row.source));
@@ -141,7 +225,7 @@ bool Solver::SolveSquares() {
                 return false;
             }
             Write(std::string(":") + LineEnd);
-            table_.push_back({SingleFactor(p), Carried(CheckedSqrt(c)), -1});
+            AddSolved(p, Carried(CheckedSqrt(c)));
             rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(r));
             ShowNewSystem();
         }
@@ -153,8 +237,11 @@ bool Solver::SolveSquares() {
 void Solver::SolveSingleProducts() {
     for (;;) {
         const std::size_t before = table_.size();
-        for (std::size_t i = 0; i < table_.size(); ++i) {
+        for (std::size_t i = 0; i < table_.size() && !inconsistent_; ++i) {
             SolveByDivision(i);
+        }
+        if (inconsistent_) {
+            return;
         }
         if (table_.size() <= before) {
             return;
@@ -193,7 +280,16 @@ void Solver::SolveByDivision(std::size_t i) {
             continue;
         }
         const int factor = FactorAt(row.lhs, leftAlone ? 0 : match.at + target.count);
-        table_.push_back({SingleFactor(factor), Carried(CheckedDivide(row.value, t)), -1});
+        if (Known(factor)) {
+            const bool agrees = AddConsistency(row);
+            rows_.erase(at);
+            if (!agrees) {
+                return;
+            }
+            r = 0;
+            continue;
+        }
+        AddSolved(factor, Carried(CheckedDivide(row.value, t)));
         rows_.erase(at);
         if (showing_) {
             Write("Solve " + FactorText(factor) + LineEnd);
@@ -296,6 +392,9 @@ bool Solver::Run() {
             break;
         }
         SolveSingleProducts();
+        if (inconsistent_) {
+            return false;
+        }
         if (Complete()) {
             break;
         }
@@ -313,6 +412,9 @@ bool Solver::Run() {
             return false;
         }
     }
+    if (!RemainderAgrees()) {
+        return false;
+    }
     Write(LineEnd);
     ShowProgress();
     return true;
@@ -320,10 +422,9 @@ bool Solver::Run() {
 
 std::vector<SolvedRow> Solver::Solution() const {
     std::vector<SolvedRow> solution;
-    const int count = static_cast<int>(table_.size());
-    for (int t = 1; t <= count; ++t) {
+    for (int p = 1; p <= parameterCount_; ++p) {
         for (const SolvedRow& row : table_) {
-            if (row.lhs.number[0] == t) {
+            if (row.lhs.count == 1 && row.lhs.number[0] == p) {
                 solution.push_back(row);
             }
         }

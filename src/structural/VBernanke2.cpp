@@ -11,6 +11,7 @@
 #include "frame/TextFile.h"
 #include "numeric/MatrixProducts.h"
 #include "numeric/Matsubs.h"
+#include "numeric/Pattern.h"
 #include "platform/EventPump.h"
 #include "structural/FactorVariance.h"
 #include "structural/IdentificationText.h"
@@ -22,6 +23,8 @@
 #include "structural/StructuralVariance.h"
 #include "structural/SymbolicSolver.h"
 #include "structural/VWaldT3.h"
+
+#include <cmath>
 
 namespace lorvane {
 
@@ -211,7 +214,9 @@ bool VBernanke2::Identify() {
     for (const double value : rhs) {
         solverRhs_.push_back(Trim(NumberToText(value)));
     }
-    Append(SystemLinesText(Moment, VarUInverse, starCount_));
+    Matrix rounded;
+    system_->RoundedMoments(L_, rounded);
+    Append(SystemLinesText(Moment, rounded, starCount_));
     if (starCount_ > 0) {
         Append(StarNoteText(starCount_));
         TestStarRestrictions(L_);
@@ -270,13 +275,11 @@ bool VBernanke2::SolveVisibly() {
         SolveSystem(SolverDisplay::Visible, parameterCount_, solverLhs_, solverRhs_, output);
     ShowText((*this)("Text2"), stepLog_);
     if (solved != 1) {
-        const std::string words = std::string(LineEnd) +
-                                  "System cannot be solved analytically, probably due to lack of "
-                                  "identification! " +
-                                  LineEnd;
-        Append(words);
-        AppendStep(words);
-        Fail(RespecifyStructural);
+        AppendStep(std::string(LineEnd) +
+                   "System cannot be solved analytically, probably due to lack of "
+                   "identification! " +
+                   LineEnd);
+        OfferMethod2Alone();
         return false;
     }
     (*this)("Command3").Visible = false;
@@ -348,7 +351,7 @@ bool VBernanke2::ReportWithVariance(const std::vector<double>& b) {
             Fail(RespecifyStructural);
             return false;
         }
-        Append(StructuralModelText(names_, Apat, CoefA, CoefC));
+        Append(StructuralModelText(names_, Apat, CoefA, CoefC) + NoTValuesText());
         return true;
     }
     Matrix W;
@@ -455,6 +458,45 @@ void VBernanke2::OfferMethods(const Matrix& F) {
         (*this)(button).Enabled = true;
     }
     (*this)("Command3").Visible = false;
+    SetTitle(" Structural model");
+    module.Pointer = MousePointer::Normal;
+    SetFocus("Text1");
+}
+
+// Decision: the counts have passed (M is at least P and so many moments are not zero), so the
+// model is identified by its count, and its likelihood has a maximum whether or not the moment
+// equations can be solved by hand: a square with a negative right-hand side, as when the zero
+// moments are strongly rejected, or more equations than unknowns without a zero moment to set
+// aside. Instead of a dead end the model goes to maximum likelihood, starting from B with
+// 1/sqrt of the variances on its diagonal; the refinement after the simplex takes it to the
+// maximum.
+void VBernanke2::OfferMethod2Alone() {
+    const int k = L_.Rows();
+    const Pattern Apat = GetA(0, k);
+    const Matrix VarU = OuterProduct(L_);
+    StartValues start;
+    for (int i = 1; i <= k; ++i) {
+        for (int j = 1; j <= k; ++j) {
+            if (Apat(i, j) == 1 || Apat(i, j) == -1) {
+                start.values.push_back(i == j ? 1 / std::sqrt(VarU(i, i)) : 0.0);
+                start.marks.push_back(1);
+            }
+        }
+    }
+    WriteStartValues(module, "BERNSV.TMP", start);
+    Append(std::string(LineEnd) +
+           "The moment equations have no analytic solution, although the model is " + LineEnd +
+           "identified by the count of its moment conditions. It can be estimated " + LineEnd +
+           "by maximum likelihood (method 2) alone, starting from numeric start values." + LineEnd);
+    (*this)("Text2").Visible = false;
+    (*this)("Text1").Visible = true;
+    (*this)("Command3").Visible = false;
+    (*this)("Command1").Visible = false;
+    (*this)("Command4").Caption = "Method 2";
+    for (const char* button : {"Command4", "Command2"}) {
+        (*this)(button).Visible = true;
+        (*this)(button).Enabled = true;
+    }
     SetTitle(" Structural model");
     module.Pointer = MousePointer::Normal;
     SetFocus("Text1");

@@ -39,6 +39,9 @@ private:
     bool ReportWithVariance(const std::vector<double>& b);
     bool WriteStructuralFactor(Matrix& F);
     void OfferMethods(const Matrix& F);
+    // The end of a model whose moment equations have no analytic solution: maximum likelihood
+    // alone, from numeric start values.
+    void OfferMethod2Alone();
     void Fail(const std::string& title);
     void SetTitle(const std::string& title);
     void Append(const std::string& text);

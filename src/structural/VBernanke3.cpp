@@ -15,6 +15,7 @@
 #include "platform/Clock.h"
 #include "platform/Random.h"
 #include "structural/DownhillSimplex.h"
+#include "structural/LikelihoodRefinement.h"
 #include "structural/MLReport.h"
 #include "structural/MLVariance.h"
 #include "structural/MomentConditions.h"
@@ -26,18 +27,30 @@
 #include "structural/StructuralReport.h"
 #include "structural/VWaldT3.h"
 
+#include <optional>
+
 namespace lorvane {
 
 namespace {
 
 constexpr const char* BSingular = "Matrix B is singular. Respecify your model!";
 
-constexpr const char* Explanation =
+constexpr const char* Options =
     "There are two options for estimation of the structural parameters: (1) Maximize the log "
     "likelihood function, or (2) minimize the maximum absolute deviation (MAD) of the "
     "corresponding elements of the matrix B'B and the inverse of the variance matrix of the "
-    "nonstructural errors. Try option 2 first, and then switch to option 1. The final iteration "
-    "round should be done with option 1.";
+    "nonstructural errors. ";
+
+constexpr const char* AdviceJustIdentified =
+    "Try option 2 first, and then switch to option 1. The final iteration round should be done "
+    "with option 1.";
+
+// Decision: on an over-identified model B'B is zero where the inverse variance is not, so the
+// MAD never falls below the largest of those elements: option 2 stops at once or drifts to poor
+// likelihoods, and is not suggested first.
+constexpr const char* AdviceOveridentified =
+    "Your model is over-identified: the MAD cannot fall to zero, so option 2 is of little use. "
+    "Use option 1.";
 
 // The variance S = LL' of the nonstructural errors, L as the nonstructural estimation left it,
 // with its inverse and determinant.
@@ -88,7 +101,9 @@ VBernanke3::VBernanke3(Module& module)
     : Screen(module, "VBernanke3", "Maximum likelihood estimation of the structural VAR model") {
     Add(ControlKind::Label, "Label0", " Maximum likelihood estimation of the structural VAR model",
         0, 0, 9600, 360);
-    Add(ControlKind::Label, "Label3", Explanation, 240, 480, 9120, 840).WordWrap = true;
+    Add(ControlKind::Label, "Label3", std::string(Options) + AdviceJustIdentified, 240, 480, 9120,
+        840)
+        .WordWrap = true;
     Add(ControlKind::Label, "Label4", "Current option = 1", 240, 1440, 2400, 300);
     Add(ControlKind::Label, "Label2", "c (> 0) = ", 2880, 1440, 1080, 300);
     Add(ControlKind::TextBox, "Text2", "0.00001", 3960, 1400, 1320, 330);
@@ -118,6 +133,10 @@ void VBernanke3::Load() {
     (*this)("Label4").Caption = "Current option = 1";
     (*this)("Command1").Caption = "Switch to option 2";
     const Pattern Apat = ModelPattern(module);
+    const int n = Apat.Size();
+    const bool overidentified = (n * n + n) / 2 > FreeParameterCount(Apat);
+    (*this)("Label3").Caption =
+        std::string(Options) + (overidentified ? AdviceOveridentified : AdviceJustIdentified);
     const StartValues start = ReadStartValues(module, "BERNSV2.TMP", FreeParameterCount(Apat));
     (*this)("Text1").Caption = EquationsText(module, Apat, start.values);
     StartSimplexRecords(module, static_cast<int>(start.values.size()));
@@ -231,12 +250,18 @@ void VBernanke3::Search() {
     double iterations = 0;
     RunSimplexSearch(search, random, b, iterations);
 
+    // Option 1 ends at the maximum, not where the simplex closed.
+    std::optional<double> gain;
+    if (option == 1) {
+        gain = RefineSimplexResult(objectives, variance.S, b);
+    }
+
     const double LL = objectives.LogLikelihood(b);
     const double MAD = objectives.MaximumAbsoluteDeviation(b);
     AppendSimplexRecord(module, {LL, MAD, b});
     (*this)("Text1").Caption =
         SimplexRunText(option, b, LL, objectives.NonstructuralLogLikelihood(variance.DetS),
-                       CrossProduct(BuildB(Apat, b)), variance.SInv);
+                       CrossProduct(BuildB(Apat, b)), variance.SInv, gain);
     (*this)("Label0").Caption =
         " Log-Likelihood = " + TrimLeft(FormatNumber(LL, "##########.000000"));
     (*this)("Command2").Caption = "Restart Simplex iteration";
@@ -309,7 +334,7 @@ void VBernanke3::Estimate() {
             Fail(BSingular);
             return;
         }
-        view.Append(StructuralModelText(names, Apat, CoefA, CoefC));
+        view.Append(StructuralModelText(names, Apat, CoefA, CoefC) + NoTValuesText());
         (*this)("Command3").Enabled = true;
         (*this)("Command5").Visible = true;
         (*this)("Command5").Enabled = true;

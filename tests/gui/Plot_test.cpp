@@ -29,8 +29,7 @@ namespace lorvane::guitest {
 
 namespace {
 
-const std::filesystem::path SourceFolder =
-    std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
+const std::filesystem::path SourceFolder = LORVANE_SOURCE_DIR;
 
 // Two variables, horizons 0..10: x dies out from 2, y swings around zero with a wide band.
 void WriteResponses(const Workspace& workspace) {

@@ -58,7 +58,7 @@ std::vector<std::string> Words(const std::string& line) {
 }
 
 std::filesystem::path SourceFolder() {
-    return std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
+    return LORVANE_SOURCE_DIR;
 }
 
 std::string RoadLine::screen() const {

@@ -127,6 +127,46 @@ TEST(ChiSquareCritical, PublishedTableAtFivePercentAndTenPercent) {
     }
 }
 
+// The F tail in closed forms: with 2 numerator degrees of freedom (1 + 2x/d)^(-d/2); F(1, 1) is
+// the square of a Cauchy variable, whose two-sided tail is 1 - 2 atan(t) / pi; I_x(a, 1) = x^a
+// and I_x(1, b) = 1 - (1 - x)^b on either side of the continued fraction's switch.
+TEST(FDistribution, TailAgainstClosedForms) {
+    for (const double d : {2.0, 10.0, 154.0, 154.37}) {
+        for (const double x : {0.2, 1.0, 1.5, 4.0, 30.0}) {
+            EXPECT_NEAR(FPValue(x, 2, d), std::pow(1 + 2 * x / d, -d / 2), 1e-13) << d << " " << x;
+        }
+    }
+    for (const double t : {0.1, 1.0, 3.0, 50.0}) {
+        EXPECT_NEAR(FPValue(t * t, 1, 1), 1 - 2 * std::atan(t) / std::numbers::pi, 1e-13) << t;
+    }
+    for (const double x : {0.05, 0.5, 0.95}) {
+        EXPECT_NEAR(IncompleteBeta(2.5, 1, x), std::pow(x, 2.5), 1e-14) << x;
+        EXPECT_NEAR(IncompleteBeta(1, 7, x), 1 - std::pow(1 - x, 7), 1e-14) << x;
+    }
+    EXPECT_EQ(FPValue(0, 3, 5), 1.0);
+    EXPECT_EQ(FPValue(-1, 3, 5), 1.0);
+}
+
+TEST(FDistribution, PublishedCriticalValuesAndReport) {
+    // NIST/SEMATECH e-Handbook of Statistical Methods, 1.3.6.7.3, upper-tail critical values.
+    const std::vector<std::tuple<double, double, double, double>> table = {
+        {1, 10, 3.285, 4.965}, {5, 10, 2.522, 3.326}, {10, 20, 1.937, 2.348}};
+    for (const auto& [df1, df2, ten, five] : table) {
+        EXPECT_NEAR(FCritical(df1, df2, 10), ten, 2e-3) << df1 << " " << df2;
+        EXPECT_NEAR(FCritical(df1, df2, 5), five, 2e-3) << df1 << " " << df2;
+    }
+    // (1 + x/5)^-5 = 0.05 at x = 5 (20^(1/5) - 1).
+    EXPECT_NEAR(FCritical(2, 10, 5), 5 * (std::pow(20.0, 0.2) - 1), 1e-3);
+
+    // The tail at 3 by Simpson's rule over the density of F(5, 10): 0.065558.
+    std::string p, levels, critical, conclusion;
+    FReport(3.0, 5, 10, p, levels, critical, conclusion);
+    EXPECT_EQ(p, "p-value = 0.06556");
+    EXPECT_EQ(levels, "Significance levels:        10%         5%");
+    EXPECT_EQ(critical, "Critical values:           2.52       3.33");
+    EXPECT_EQ(conclusion, "Conclusions:             reject     accept");
+}
+
 TEST(ChiSquareReport, FourLinesBelowBetweenAndAboveTheCriticalValues) {
     std::string p;
     std::string levels;

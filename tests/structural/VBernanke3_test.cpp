@@ -148,6 +148,9 @@ TEST_F(Simplex, RecursiveModelReachesTheNonstructuralLikelihood) {
     EXPECT_FALSE(control("Label1").Visible);
     EXPECT_EQ(control("Text2").Caption, "0.01");
     EXPECT_EQ(ReadFile(File("TMP.TMP")), "6\r\n");
+    EXPECT_TRUE(control("Label3").Caption.ends_with(
+        "Try option 2 first, and then switch to option 1. The final iteration round should be "
+        "done with option 1."));
     EXPECT_TRUE(control("Text1").Caption.starts_with("\r\nStructural model:\r\n"));
 
     const double nonstructural = Overidentification()["nonstructural_loglik"].get<double>();
@@ -168,17 +171,19 @@ TEST_F(Simplex, RecursiveModelReachesTheNonstructuralLikelihood) {
               " Log-Likelihood = " + TrimLeft(FormatNumber(best, "##########.000000")));
 
     const std::vector<std::string> lines = Lines(control("Text1").Caption);
-    ASSERT_EQ(lines.size(), 25u);
+    ASSERT_EQ(lines.size(), 28u);
     EXPECT_EQ(lines[0], "Maximum Likelihood solution for b:");
     EXPECT_EQ(lines[2], "b(1) = " + FormatNumber(Records().back().b[0], "0.0000000E+00"));
     EXPECT_EQ(lines[9], "Log-Likelihood: " + FormatNumber(best, "0.0000000E+00"));
     EXPECT_EQ(lines[11], "Log-Likelihood of the nonstructural VAR: " +
                              FormatNumber(nonstructural, "0.0000000E+00"));
-    EXPECT_EQ(lines[13], "Matrix B'B:");
-    EXPECT_EQ(lines[18], "which should be close to:");
+    EXPECT_EQ(lines[13], "The simplex result has been refined by Newton's method to the maximum,");
+    EXPECT_TRUE(lines[14].starts_with("which raised the log-likelihood by "));
+    EXPECT_EQ(lines[16], "Matrix B'B:");
+    EXPECT_EQ(lines[21], "which should be close to:");
     // At the maximum B'B is the inverse of the nonstructural variance.
-    EXPECT_EQ(lines[14].substr(0, 8), lines[19].substr(0, 8));
-    EXPECT_EQ(lines[23], "It is recommended to restart the simplex iteration until the");
+    EXPECT_EQ(lines[17], lines[22]);
+    EXPECT_EQ(lines[26], "It is recommended to restart the simplex iteration until the");
 }
 
 TEST_F(Simplex, RecursiveModelScoreVarianceAgreesWithTheFimlVarianceOfL) {
@@ -247,6 +252,33 @@ TEST_F(Simplex, OveridentifiedModelFromMomentsToMaximumLikelihood) {
     const nlohmann::json& mlT = Overidentification()["ml_t_a"];
     EXPECT_NEAR(t[0], mlT["(2,1)"].get<double>(), 0.05 + distance) << distance;
     EXPECT_NEAR(t[1], mlT["(3,1)"].get<double>(), 0.05 + distance) << distance;
+}
+
+// The first run of option 1 ends at the maximum: a restart moves nothing, and the t-values of
+// the estimate are those at the maximum.
+TEST_F(Simplex, OveridentifiedModelIsAtTheMaximumAfterOneRun) {
+    Open(OveridentifiedPattern, Numbers(Overidentification()["moment_solution_b"]));
+    // The MAD cannot reach the zero moment: option 2 is not advised.
+    EXPECT_TRUE(control("Label3").Caption.ends_with(
+        "Your model is over-identified: the MAD cannot fall to zero, so option 2 is of little "
+        "use. Use option 1."));
+    module().platform().random.seed(7);
+    Run();
+    const SimplexRecord first = Records().back();
+    EXPECT_NEAR(first.LogLikelihood, Overidentification()["ml_loglik"].get<double>(), 1e-6);
+    EXPECT_TRUE(control("Label1").Visible);
+    Run();
+    const SimplexRecord second = Records().back();
+    EXPECT_NEAR(second.LogLikelihood, first.LogLikelihood, 1e-9);
+    for (std::size_t k = 0; k < first.b.size(); ++k) {
+        EXPECT_NEAR(second.b[k], first.b[k], 1e-8 * std::abs(first.b[k])) << k;
+    }
+    Click("Command4");
+    const std::vector<double> t = TValuesOfA();
+    ASSERT_EQ(t.size(), 2u);
+    const nlohmann::json& mlT = Overidentification()["ml_t_a"];
+    EXPECT_NEAR(t[0], mlT["(2,1)"].get<double>(), 1e-4);
+    EXPECT_NEAR(t[1], mlT["(3,1)"].get<double>(), 1e-4);
 }
 
 TEST_F(Simplex, RandomStartsFollowTheScriptSeedWhateverTheClock) {
@@ -318,7 +350,8 @@ TEST_F(Simplex, WithoutAnEstimateOfVarianceTheReportStopsAtBInverse) {
     EXPECT_TRUE(control("Command5").Visible && control("Command5").Enabled);
     const std::string report = control("Text1").Caption;
     EXPECT_EQ(report.find("Asymptotic variance"), std::string::npos);
-    EXPECT_TRUE(report.ends_with("x Innovation\r\n\r\n"));
+    EXPECT_TRUE(report.ends_with("x Innovation\r\n\r\nThe t-values cannot be computed without the "
+                                 "FIML variance of L.\r\n\r\n"));
     EXPECT_EQ(ReadFile(File("WALDT.TMP")), waldt);
     EXPECT_EQ(ReadFile(File("OUTPUT.TXT")), log);
     EXPECT_FALSE(std::filesystem::exists(File("WALDTSV.TMP")));

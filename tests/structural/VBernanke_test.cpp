@@ -7,6 +7,10 @@
 #include "estimate/LFiles.h"
 #include "frame/NumberText.h"
 #include "frame/TextFile.h"
+#include "numeric/MatrixProducts.h"
+#include "numeric/Matsubs.h"
+#include "structural/LikelihoodSearch.h"
+#include "structural/SimplexRecords.h"
 #include "structural/StartValues.h"
 #include "structural/StructuralRoad.h"
 #include "structural/StructuralVariance.h"
@@ -52,6 +56,24 @@ void ExpectRespecification(Module& module, const std::string& title) {
     EXPECT_TRUE(Ctl(module, "VBernanke2", "Command2").Visible);
     EXPECT_TRUE(Ctl(module, "VBernanke2", "Command2").Enabled);
     EXPECT_FALSE(Ctl(module, "VBernanke2", "Command1").Visible);
+    EXPECT_TRUE(Ctl(module, "VBernanke2", "Text1").Visible);
+    EXPECT_FALSE(Ctl(module, "VBernanke2", "Text2").Visible);
+}
+
+// A model whose moment equations have no analytic solution: the words, and method 2 alone.
+void ExpectMaximumLikelihoodAlone(Module& module) {
+    EXPECT_TRUE(
+        Has(Report(module),
+            "\r\nThe moment equations have no analytic solution, although the model is \r\n"
+            "identified by the count of its moment conditions. It can be estimated \r\n"
+            "by maximum likelihood (method 2) alone, starting from numeric start values.\r\n"));
+    EXPECT_FALSE(Has(Report(module), "System cannot be solved analytically"));
+    EXPECT_EQ(module.Caption, " Structural model");
+    EXPECT_FALSE(Ctl(module, "VBernanke2", "Command1").Visible);
+    EXPECT_TRUE(Ctl(module, "VBernanke2", "Command2").Visible);
+    EXPECT_EQ(Ctl(module, "VBernanke2", "Command4").Caption, "Method 2");
+    EXPECT_TRUE(Ctl(module, "VBernanke2", "Command4").Visible);
+    EXPECT_TRUE(Ctl(module, "VBernanke2", "Command4").Enabled);
     EXPECT_TRUE(Ctl(module, "VBernanke2", "Text1").Visible);
     EXPECT_FALSE(Ctl(module, "VBernanke2", "Text2").Visible);
 }
@@ -252,15 +274,42 @@ TEST_F(E1Structural, PatternsThatCannotBeIdentifiedAskForRespecification) {
     ExpectRespecification(module(), " Respecify the structural model");
 }
 
-TEST_F(E1Structural, SystemWithoutASingleUnknownStalls) {
+// The data in other units (L times 1000): the report's lines of the moment system are the very
+// rows the solver is given, number for number.
+TEST_F(E1Structural, PrintedSystemIsTheSolvedSystem) {
+    test::WalkE1ToVARSTR1(test);
+    const Matrix L = ReadLFile(module(), "BVARL.TMP");
+    std::string file = "3\r\n";
+    for (int i = 1; i <= 3; ++i) {
+        for (int j = 1; j <= 3; ++j) {
+            file += NumberToText(1000 * L(i, j)) + "\r\n";
+        }
+    }
+    WriteFile(module().DataFile("BVARL.TMP"), file);
+    test::SpecifyStructural(test, test::Recursive);
+    const std::vector<std::string> report = Lines(Report(module()));
+    const std::vector<std::string> steps = Lines(Ctl(module(), "VBernanke2", "Text2").Caption);
+    std::size_t printed = 0;
+    while (printed < report.size() &&
+           report[printed] !=
+               "This is a system of quadratic equations in the non-zero elements of B:") {
+        ++printed;
+    }
+    ASSERT_LT(printed + 7, report.size());
+    ASSERT_GE(steps.size(), 7u);
+    ASSERT_EQ(steps[0], "System of equations:");
+    for (std::size_t r = 1; r <= 6; ++r) {
+        EXPECT_EQ(report[printed + 1 + r], steps[r]);
+    }
+}
+
+TEST_F(E1Structural, SystemWithoutASingleUnknownGoesToMaximumLikelihood) {
     // Four variables; the first stands alone, the others form a cycle.
     test::WalkE1ToVARSTR1(test, true, {2, 3, 4, 5});
     test::SpecifyStructural(test, {{}, {1}, {2}, {1}});
     EXPECT_TRUE(Has(Ctl(module(), "VBernanke2", "Text2").Caption,
                     "System could not be solved completely!\r\n"));
-    EXPECT_TRUE(Has(Report(module()), "\r\nSystem cannot be solved analytically, probably due to "
-                                      "lack of identification! \r\n"));
-    ExpectRespecification(module(), " Respecify the structural model");
+    ExpectMaximumLikelihoodAlone(module());
 }
 
 TEST_F(E1Structural, TwoVariablesInBothEquationsFailTheZeroOneTest) {
@@ -271,14 +320,101 @@ TEST_F(E1Structural, TwoVariablesInBothEquationsFailTheZeroOneTest) {
     ExpectRespecification(module(), " Respecify the structural model");
 }
 
-TEST_F(E1Structural, SquareWithoutPositiveRightHandSideFails) {
+TEST_F(E1Structural, SquareWithoutPositiveRightHandSideGoesToMaximumLikelihood) {
     test::WalkE1ToVARSTR1(test, true, {3, 4});
     // An L whose inverse variance loses the square in single precision.
     WriteFile(module().DataFile("BVARL.TMP"), "2\r\n1\r\n0\r\n1\r\n.0001\r\n");
     test::SpecifyStructural(test, {{}, {0}});
     EXPECT_TRUE(Has(Ctl(module(), "VBernanke2", "Text2").Caption,
                     "\r\nHowever, the right-hand side is not positive!\r\n"));
-    ExpectRespecification(module(), " Respecify the structural model");
+    ExpectMaximumLikelihoodAlone(module());
+}
+
+// Method 2, one run of option 1 and the estimate: the record is the maximum that plain gradient
+// searches find on their own.
+void ExpectEstimatedAtTheMaximum(Module& module, const Pattern& Apat) {
+    module.Click("VBernanke2", "Command4");
+    ASSERT_EQ(module.CurrentScreen, "VBernanke3");
+    EXPECT_TRUE(
+        ReadFile(module.DataFile("OUTPUT.TXT")).ends_with("\r\n\r\nMethod 2 has been chosen.\r\n"));
+    module.platform().random.seed(3);
+    module.Click("VBernanke3", "Command2");
+    const std::vector<SimplexRecord> records = ReadSimplexRecords(module, Apat.Ones());
+    ASSERT_EQ(records.size(), 1u);
+    const Matrix L = ReadLFile(module, "BVARL.TMP");
+    const Matrix S = OuterProduct(L);
+    std::vector<double> start;
+    for (int i = 1; i <= Apat.Size(); ++i) {
+        for (int j = 1; j <= Apat.Size(); ++j) {
+            if (Apat(i, j) != 0) {
+                start.push_back(i == j ? 1 / std::sqrt(S(i, i)) : 0.0);
+            }
+        }
+    }
+    std::vector<double> independent;
+    const double maximum = test::IndependentMaximum(Apat, S, start, independent);
+    double reached = 0;
+    std::vector<double> gradient;
+    ASSERT_TRUE(test::PlainLikelihood(Apat, S, records[0].b, reached, gradient));
+    EXPECT_NEAR(reached, maximum, 1e-8 * std::abs(maximum));
+    module.Click("VBernanke3", "Command4");
+    EXPECT_EQ(Ctl(module, "VBernanke3", "Label0").Caption,
+              " Structural VAR model: Estimation results");
+}
+
+// dlcons on dlinvest and dlincome, the others alone: six moments, five parameters, no zero
+// moment to set aside, and one equation more than the solve by hand can use.
+TEST_F(E1Structural, SurplusEquationWithoutAZeroMomentIsEstimatedByMaximumLikelihood) {
+    test::WalkE1ToVARSTR1(test);
+    test::SpecifyStructural(test, {{}, {}, {0, 1}});
+    EXPECT_FALSE(Has(Report(module()), "(*)"));
+    ExpectMaximumLikelihoodAlone(module());
+    ExpectEstimatedAtTheMaximum(module(), test::PatternOf({{1, 0, 0}, {0, 1, 0}, {1, 1, 1}}));
+}
+
+// dlincome and dlcons on dlinvest alone, on variances where dlinvest is so closely tied to both
+// that the square of b(1) left by the others is negative: no real moment solution.
+TEST_F(E1Structural, NegativeSquareIsEstimatedByMaximumLikelihood) {
+    test::WalkE1ToVARSTR1(test);
+    // L = the Cholesky factor of the inverse of [[1, .8, .8], [.8, 1, .9], [.8, .9, 1]].
+    const double inverse[3][3] = {{1, .8, .8}, {.8, 1, .9}, {.8, .9, 1}};
+    Matrix moments(3, 3);
+    for (int i = 1; i <= 3; ++i) {
+        for (int j = 1; j <= 3; ++j) {
+            moments(i, j) = inverse[i - 1][j - 1];
+        }
+    }
+    Matrix S(3, 3);
+    double determinant = 0;
+    Int16 flag;
+    InvertMatrix(moments, S, determinant, 3, flag);
+    Matrix L(3, 3);
+    for (int j = 1; j <= 3; ++j) {
+        double diagonal = S(j, j);
+        for (int m = 1; m < j; ++m) {
+            diagonal -= L(j, m) * L(j, m);
+        }
+        L(j, j) = std::sqrt(diagonal);
+        for (int i = j + 1; i <= 3; ++i) {
+            double below = S(i, j);
+            for (int m = 1; m < j; ++m) {
+                below -= L(i, m) * L(j, m);
+            }
+            L(i, j) = below / L(j, j);
+        }
+    }
+    std::string file = "3\r\n";
+    for (int i = 1; i <= 3; ++i) {
+        for (int j = 1; j <= 3; ++j) {
+            file += NumberToText(L(i, j)) + "\r\n";
+        }
+    }
+    WriteFile(module().DataFile("BVARL.TMP"), file);
+    test::SpecifyStructural(test, test::Overidentified);
+    EXPECT_TRUE(Has(Ctl(module(), "VBernanke2", "Text2").Caption,
+                    "\r\nHowever, the right-hand side is not positive!\r\n"));
+    ExpectMaximumLikelihoodAlone(module());
+    ExpectEstimatedAtTheMaximum(module(), test::PatternOf({{1, 0, 0}, {1, 1, 0}, {1, 0, 1}}));
 }
 
 TEST_F(E1Structural, WithoutFimlTheFactorGoesOnWithoutVariances) {
@@ -288,7 +424,9 @@ TEST_F(E1Structural, WithoutFimlTheFactorGoesOnWithoutVariances) {
     const std::string report = Report(module());
     EXPECT_TRUE(Has(report, "However, this test cannot be conducted without the FIML variance of "
                             "L.\r\n"));
-    EXPECT_FALSE(Has(report, "t-values"));
+    EXPECT_TRUE(Has(report, "x Innovation\r\n\r\nThe t-values cannot be computed without the "
+                            "FIML variance of L.\r\n"));
+    EXPECT_FALSE(Has(report, "(t-values in parenthesis)"));
     EXPECT_FALSE(Has(report, "There are two methods"));
     EXPECT_EQ(Ctl(module(), "VBernanke2", "Command1").Caption, "Continue");
     EXPECT_TRUE(Ctl(module(), "VBernanke2", "Command1").Enabled);
