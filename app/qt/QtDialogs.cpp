@@ -83,18 +83,21 @@ MessageDialog::MessageDialog(const MessageBoxRequest& request, double scale, QWi
     if (buttons_.empty()) {
         buttons_.emplace_back("OK");
     }
+    const std::size_t chosen = request.defaultButton < buttons_.size() ? request.defaultButton : 0;
     QWidget* previous = nullptr;
-    for (const std::string& caption : buttons_) {
+    for (std::size_t b = 0; b < buttons_.size(); ++b) {
+        const std::string& caption = buttons_[b];
         QPushButton* button = addButton(caption);
         connect(button, &QPushButton::clicked, this, [this, caption] {
             answer_ = caption;
             accept();
         });
-        if (previous == nullptr) {
+        if (previous != nullptr) {
+            setTabOrder(previous, button);
+        }
+        if (b == chosen) {
             button->setDefault(true);
             button->setFocus();
-        } else {
-            setTabOrder(previous, button);
         }
         previous = button;
     }

@@ -649,10 +649,18 @@ void ScreenView::takeFocus() {
     if (focused != nullptr && isAncestorOf(focused)) {
         return;
     }
-    for (QWidget* child : findChildren<QWidget*>()) {
-        if (child->isVisibleTo(this) && child->isEnabled() &&
-            (child->focusPolicy() & Qt::TabFocus) != 0) {
-            child->setFocus(Qt::OtherFocusReason);
+    // Where the screen last sent the focus, else the first stop of the tab order.
+    std::vector<QWidget*> candidates;
+    if (const Screen* screen = live()) {
+        const auto sent = bindings_.find(screen->Focus());
+        if (sent != bindings_.end() && sent->second.widget) {
+            candidates.push_back(sent->second.widget.data());
+        }
+    }
+    candidates.insert(candidates.end(), tabOrder_.begin(), tabOrder_.end());
+    for (QWidget* candidate : candidates) {
+        if (candidate->isVisibleTo(this) && candidate->isEnabled()) {
+            candidate->setFocus(Qt::OtherFocusReason);
             return;
         }
     }

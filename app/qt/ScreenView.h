@@ -77,7 +77,8 @@ public:
     // The widget (or, for a timer, the QTimer) of a control.
     QObject* controlObject(std::string_view controlName) const;
 
-    // Gives the focus to the first control that takes it, unless the focus is here already.
+    // Gives the focus to the control the screen last sent it to, or else to the first stop of
+    // the tab order, unless the focus is on this view already.
     void takeFocus();
 
     // The view has just come up under the pointer: mouse buttons on it wait for the desktop's

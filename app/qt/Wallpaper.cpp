@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QScreen>
 
@@ -132,6 +133,7 @@ void Wallpaper::refresh() {
             module_.PinnedScreen2.empty() ? nullptr : view(module_.PinnedScreen2)) {
         pinned->raise();
     }
+    keepFocusOnTheFront();
     // A screen that opens or closes changes what lies under the pointer, on it and around it:
     // every screen waits out the second click of a double click.
     if (changed) {
@@ -139,6 +141,24 @@ void Wallpaper::refresh() {
         holdClicks();
     }
     showPointer();
+}
+
+void Wallpaper::keepFocusOnTheFront() {
+    // A box of the module holds the keys while it is open.
+    if (QApplication::activeModalWidget() != nullptr) {
+        return;
+    }
+    // The keys go on to the screen in front when the focus went with a screen that closed: Enter
+    // and Escape work on a screen as soon as it opens.
+    const QWidget* focused = QApplication::focusWidget();
+    if (focused != nullptr && focused != this && isAncestorOf(focused)) {
+        return;
+    }
+    const std::string& front =
+        module_.PinnedScreen2.empty() ? module_.CurrentScreen : module_.PinnedScreen2;
+    if (ScreenView* shown = front.empty() ? nullptr : view(front)) {
+        shown->takeFocus();
+    }
 }
 
 void Wallpaper::showPointer() {
@@ -248,7 +268,21 @@ void Wallpaper::closeEvent(QCloseEvent* event) {
         return;
     }
     if (!module_.Ended()) {
-        dispatch([this] { module_.Run([this] { module_.ModuleEnd(); }); });
+        // Results that the log does not hold yet are not lost by a click on the close box: the
+        // module asks first.
+        bool kept = false;
+        dispatch([this, &kept] {
+            module_.Run([this, &kept] {
+                kept = !module_.ConfirmDiscard();
+                if (!kept) {
+                    module_.ModuleEnd();
+                }
+            });
+        });
+        if (kept) {
+            event->ignore();
+            return;
+        }
     }
     event->accept();
 }

@@ -66,6 +66,8 @@ protected:
 private:
     void applyWindowState();
     void showPointer();
+    // Gives the focus to the screen in front when no screen of the frame has it.
+    void keepFocusOnTheFront();
     // Every view drops mouse buttons for the double-click interval from now.
     void holdClicks();
     QPoint screenOrigin() const;

@@ -39,6 +39,8 @@ void SELOBS::Load() {
     }
     (*this)("SubsetYes").Caption = "Yes";
     (*this)("SubsetNo").Caption = "No";
+    // The whole sample is the usual answer, and its "Confirm" takes the same place.
+    SetFocus("SubsetNo");
 }
 
 void SELOBS::Activate() {

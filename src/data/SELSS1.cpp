@@ -47,6 +47,7 @@ SELSS1::SELSS1(Module& module) : Screen(module, "SELSS1", "Bounds of the subsamp
 void SELSS1::Load() {
     ShowStep(1);
     ShowBounds();
+    SetFocus("BoundsOK");
 }
 
 void SELSS1::Activate() {
@@ -142,6 +143,7 @@ void SELSS1::ConfirmBounds() {
     (*this)("BoundsOK").Visible = false;
     (*this)("Continue").Visible = true;
     (*this)("Oops").Visible = true;
+    SetFocus("Continue");
 }
 
 void SELSS1::Click(Control& control) {

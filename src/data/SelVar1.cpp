@@ -48,6 +48,7 @@ void SelVar1::Load() {
     (*this)("Command3").Enabled = false;
     (*this)("Command4").Visible = false;
     SetCancel("Command2");
+    SetFocus("List2");
     if (UpperCase(Name()) != "SELVAR1") {
         (*this)("Command2").Caption = "Back";
     }
@@ -181,12 +182,20 @@ void SelVar1::CheckCount() {
     } else {
         WriteCountRule();
     }
-    Control& available = (*this)("List2");
-    (*this)("Command3").Enabled = (*this)("List1").ListCount() < available.ListCount();
+    EnableSelectHighlighted();
     if (maxVars == 1) {
         (*this)("Command3").Visible = false;
         (*this)("Command4").Visible = false;
     }
+}
+
+void SelVar1::EnableSelectHighlighted() {
+    const Control& available = (*this)("List2");
+    bool any = false;
+    for (int i = 0; i < available.ListCount() && !any; ++i) {
+        any = available.IsHighlighted(i);
+    }
+    (*this)("Command3").Enabled = any && available.Enabled;
 }
 
 void SelVar1::ToggleItem() {
@@ -241,6 +250,7 @@ void SelVar1::LoadSelection() {
         Control& oops = (*this)("Command4");
         oops.Visible = true;
         oops.Enabled = true;
+        SetFocus("Command4");
         return;
     }
     if (store.MissingCode == 0) {
@@ -251,7 +261,9 @@ void SelVar1::LoadSelection() {
 }
 
 void SelVar1::Click(Control& control) {
-    if (control.Name == "Command1") {
+    if (control.Name == "List2") {
+        EnableSelectHighlighted();
+    } else if (control.Name == "Command1") {
         LoadSelection();
     } else if (control.Name == "Command2") {
         if (UpperCase(Name()) == "SELVAR1") {
@@ -260,6 +272,9 @@ void SelVar1::Click(Control& control) {
         module.StartAgain();
     } else if (control.Name == "Command3") {
         SelectHighlighted();
+        if ((*this)("Command1").Enabled) {
+            SetFocus("Command1");
+        }
     } else if (control.Name == "Command4") {
         module.GoToScreen("SelVar1");
     }
@@ -269,6 +284,9 @@ void SelVar1::DoubleClick(Control& control, int item) {
     if (control.Name == "List2") {
         control.ListIndex = item;
         ToggleItem();
+        if ((*this)("Command1").Enabled) {
+            SetFocus("Command1");
+        }
     }
 }
 

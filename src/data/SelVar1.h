@@ -20,6 +20,8 @@ public:
     void LoadList();
     void WriteCountRule();
     void ToggleItem();
+    // "Select all highlighted items at once" is there to press whenever an item is highlighted.
+    void EnableSelectHighlighted();
     void RemoveChosen(const std::string& name);
 
 private:

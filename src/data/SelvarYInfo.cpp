@@ -28,6 +28,7 @@ void SelvarYInfo::Activate() {
                                                   : " Characteristics of the dependent variable";
     DecorateHeader(*this, heading);
     BuildReport();
+    SetFocus("Command1");
 }
 
 void SelvarYInfo::BuildReport() {

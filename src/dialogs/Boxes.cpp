@@ -55,9 +55,11 @@ Int16 Boxes::MessageBoxFull(const std::string& text, int type, const std::string
     if (BoxAutoClose == 1) {
         BoxAnswer = "OK";
     } else {
-        const MessageBoxRequest request{BoxTitle, BoxText,
-                                        ShortenTitle(BoxTitle, TitleWidth, measure_),
-                                        WrapText(BoxText, TextWidth, measure_), ButtonSet(BoxType)};
+        MessageBoxRequest request{BoxTitle, BoxText, ShortenTitle(BoxTitle, TitleWidth, measure_),
+                                  WrapText(BoxText, TextWidth, measure_), ButtonSet(BoxType)};
+        if ((type & SecondButtonDefault) != 0 && request.buttons.size() > 1) {
+            request.defaultButton = 1;
+        }
         BoxAnswer = dialogs_.showMessage(request);
     }
     return ResultOf(BoxAnswer);

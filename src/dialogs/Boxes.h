@@ -18,10 +18,12 @@ public:
     // Width of a box's text and title in characters; the GUI may measure in its own units.
     static constexpr double TextWidth = 64;
     static constexpr double TitleWidth = 56;
+    static constexpr int SecondButtonDefault = 256;
 
     Boxes(Dialogs& dialogs, Random& random);
 
-    // The blocking message box: type 0..5 selects the buttons (higher types count modulo 16).
+    // The blocking message box: type 0..5 selects the buttons (higher types count modulo 16);
+    // SecondButtonDefault added to the type makes the second button the default.
     // Returns 1 OK, 2 Cancel, 3 Abort, 4 Retry, 5 Ignore, 6 Yes, 7 No.
     Int16 MessageBoxFull(const std::string& text, int type, const std::string& title);
     // The plain box: always one "OK" button, whatever type the caller hands in.

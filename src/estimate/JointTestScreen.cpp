@@ -43,6 +43,7 @@ void JointTestScreen::ShowParameters(const std::vector<std::string>& rows) {
 void JointTestScreen::Activate() {
     if (module.ActivateCount == 1) {
         DecorateHeader(*this, (*this)("Label0"));
+        SetFocus("Command2");
     }
 }
 
@@ -63,6 +64,7 @@ void JointTestScreen::DoubleClick(Control& control, int item) {
     } else {
         row = marked ? row.substr(SelectionMark.size()) : std::string(SelectionMark) + row;
     }
+    SetFocus("Command1");
 }
 
 void JointTestScreen::TestMarked() {
@@ -111,6 +113,7 @@ void JointTestScreen::TestMarked() {
             AppendToLog(module, line);
         }
     }
+    SetFocus("Command2");
 }
 
 } // namespace lorvane

@@ -38,6 +38,17 @@ constexpr const char* GuidanceWithZeros = "By repeating the SUR estimation proce
                                           "estimation'  button  when the maximum likelihood "
                                           "solution has been reached.";
 
+constexpr const char* GuidanceAfterFIML =
+    "The variance matrix of the nonzero elements of L is computed, so the innovation responses "
+    "will have confidence bands. Click 'Continue' to write the results to the output file and "
+    "go on.";
+
+constexpr const char* GuidanceWithoutFIML =
+    "Without the variance matrix of the nonzero elements of L the innovation responses will have "
+    "no confidence bands. Click 'Continue' to write the results to the output file and go on.";
+
+constexpr const char* GuidanceToRespecify = "Click 'Respecify VAR' to change the model.";
+
 } // namespace
 
 VARSUR::VARSUR(Module& module) : Screen(module, "VARSUR", "Estimation of the VAR model") {
@@ -175,7 +186,9 @@ void VARSUR::Click(Control& control) {
     } else if (name == "Command1") {
         Continue();
     } else if (name == "Command2") {
-        module.StartAgain();
+        if (module.ConfirmDiscard()) {
+            module.StartAgain();
+        }
     }
 }
 
@@ -190,21 +203,22 @@ void VARSUR::RunOLS() {
     Estimates estimates;
     if (EstimateOLS(view, K, T, estimates) == 1) {
         ReactToSingularity();
-        (*this)("Command1").Enabled = false;
+        OfferRespecification();
         return;
     }
     const RegressionLayout layout = RegressionReader(module, k, K).Layout();
     if (!ReportableEstimates(layout, T, estimates)) {
-        (*this)("Command1").Enabled = false;
+        OfferRespecification();
         return;
     }
     (*this)("Label0").Caption = " OLS estimation results";
     ReportEstimates(view, layout, T, estimates, 1, round_);
+    estimated_ = true;
     ForgetVarianceOfL();
     Matrix L;
     if (!DecomposeSigma(estimates.Sigma, L, k)) {
         ReactToSingularity();
-        (*this)("Command1").Enabled = false;
+        OfferRespecification();
         return;
     }
     WriteLFiles(view, L, k);
@@ -226,11 +240,20 @@ void VARSUR::RunOLS() {
     }
 }
 
+void VARSUR::OfferRespecification() {
+    // Nothing on the screen can be carried on, so going back loses nothing.
+    estimated_ = false;
+    (*this)("Command1").Enabled = false;
+    (*this)("Label2").Caption = GuidanceToRespecify;
+    SetFocus("Command2");
+}
+
 void VARSUR::EndIncompleteSUR() {
     (*this)("Command4").Enabled = false;
     (*this)("Command5").Enabled = true;
     (*this)("Label0").Caption = " Incomplete SUR estimation results:";
     (*this)("Label2").Visible = true;
+    SetFocus("Command5");
 }
 
 void VARSUR::RunSUR() {
@@ -262,10 +285,13 @@ void VARSUR::RunSUR() {
                 "the corresponding elements of the previous matrix L: " +
                 Trim(FormatNumber(LargestDifference(L, previous), "00.00000E+000")) + "\r\n\r\n");
     (*this)("Label0").Caption = " SUR estimation results:";
+    (*this)("Label2").Caption = GuidanceWithZeros;
     (*this)("Label2").Visible = true;
     (*this)("Command5").Enabled = true;
     (*this)("Command4").Enabled = true;
-    SetFocus("Text1");
+    // The guidance asks for SUR rounds until L converges: Enter runs the next one, and FIML is a
+    // Tab away.
+    SetFocus("Command4");
 }
 
 void VARSUR::EndFailedFIML(const std::string& message) {
@@ -275,6 +301,8 @@ void VARSUR::EndFailedFIML(const std::string& message) {
     WriteRoute(module, RouteOlsSur);
     (*this)("Command5").Enabled = false;
     (*this)("Command1").Enabled = true;
+    (*this)("Label2").Caption = GuidanceWithoutFIML;
+    SetFocus("Command1");
 }
 
 void VARSUR::RunFIML() {
@@ -304,7 +332,13 @@ void VARSUR::RunFIML() {
     (*this)("Command1").Enabled = true;
     (*this)("Text6").Caption = "1";
     (*this)("Label0").Caption = " Full information maximum likelihood (FIML) results:";
+    (*this)("Label2").Caption = GuidanceAfterFIML;
     WriteRoute(module, RouteMaximumLikelihood);
+    SetFocus("Command1");
+}
+
+std::string VARSUR::UnloggedWork() const {
+    return estimated_ ? "The estimation results" : "";
 }
 
 void VARSUR::Continue() {

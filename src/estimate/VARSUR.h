@@ -20,6 +20,7 @@ public:
     void Load() override;
     void Activate() override;
     void Click(Control& control) override;
+    std::string UnloggedWork() const override;
 
 private:
     void RunOLS();
@@ -38,6 +39,8 @@ private:
     void ReactToSingularity();
     // A SUR round that failed: OLS (or the last good round) stays in force, FIML may follow.
     void EndIncompleteSUR();
+    // An estimation that cannot go on: Continue is off and the focus is on Respecify.
+    void OfferRespecification();
     void EndFailedFIML(const std::string& message);
     // False, with the reason in the results, when OLS estimates cannot be reported: an equation
     // with no more observations than coefficients, or a coefficient without a positive variance.
@@ -50,6 +53,8 @@ private:
 
     // The SUR rounds reported so far.
     Int16 round_;
+    // Estimates are on the screen; Continue writes them to the log.
+    bool estimated_ = false;
 };
 
 } // namespace lorvane

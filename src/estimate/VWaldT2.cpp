@@ -12,7 +12,9 @@ VWaldT2::VWaldT2(Module& module)
                                       "significance. Selected parameters are indicated by (*):",
                        .mark = MarkPlace::End,
                        .reportHead = "",
-                       .logged = false}) {
+                       // Decision: the log is the whole record, so every test goes there as
+                       // the structural model's tests do.
+                       .logged = true}) {
     Add(ControlKind::Button, "Checks", "Model checks", 6360, 6120, 1440, 420);
 }
 

@@ -127,6 +127,11 @@ void Module::GoToScreen(std::string_view name) {
     // Decision: the hourglass belongs to the work of one screen; the next screen opens with the
     // normal pointer and sets the hourglass itself when it works.
     Pointer = MousePointer::Normal;
+    // The frame's title belongs to a stage of the road as well: a screen that names it names it
+    // again each time it opens.
+    if (!platform_.screens.frameMinimised()) {
+        Caption = FrameCaption;
+    }
     TimerInterval = TickInterval;
     ActivateCount = 0;
     const long long opening = ++openings_;
@@ -139,6 +144,19 @@ void Module::GoToScreen(std::string_view name) {
     ScaleToFrame(*this, screen);
     CurrentScreen = std::string(name);
     Activate(screen);
+    GiveFirstFocus(screen);
+}
+
+void Module::GiveFirstFocus(Screen& screen) {
+    if (screen.FocusRequests() != 0 || LoadedScreen(screen.Name()) != &screen) {
+        return;
+    }
+    for (const Control& control : screen.Controls()) {
+        if (control.Kind == ControlKind::Button && control.Default) {
+            screen.SetFocus(control.Name);
+            return;
+        }
+    }
 }
 
 void Module::OpenOnTop(std::string_view name, bool full) {
@@ -166,6 +184,7 @@ void Module::OpenOnTop(std::string_view name, bool full) {
     PinnedTop = screen.Top;
     PinnedLeft = screen.Left;
     Activate(screen);
+    GiveFirstFocus(screen);
 }
 
 void Module::ShowOnTop(std::string_view name) {
@@ -195,6 +214,21 @@ void Module::StartAgain() {
     SetChebishevOn(0);
     StructVisits = 0;
     GoToScreen("SelVar1");
+}
+
+bool Module::ConfirmDiscard() {
+    for (const Loaded& entry : loaded_) {
+        const std::string work = entry.screen->UnloggedWork();
+        if (work.empty()) {
+            continue;
+        }
+        // Decision: the answer that throws the results away is never the default, so that
+        // Enter keeps them.
+        return boxes_.MessageBoxFull(work + " are not in the output file OUTPUT.TXT yet. "
+                                            "Discard them?",
+                                     4 + Boxes::SecondButtonDefault, ModuleCaption) == 6;
+    }
+    return true;
 }
 
 void Module::WriteActiveModule() {

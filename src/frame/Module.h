@@ -65,6 +65,9 @@ public:
     void UnloadScreen(std::string_view name);
     // Wipes the work files and returns to the first screen.
     void StartAgain();
+    // Asks before results that the log does not hold yet are thrown away (by going back to
+    // the start or by closing the frame); true when nothing would be lost or the user agrees.
+    bool ConfirmDiscard();
     // Deletes ACTIVEMODULE.TXT, saves the frame position, starts the main program unless in a
     // test run, and ends the module by throwing ModuleEnded.
     [[noreturn]] void ModuleEnd();
@@ -107,6 +110,8 @@ private:
     void UnloadAll();
     void OpenOnTop(std::string_view name, bool full);
     void Place(Screen& screen, double left, double top, double width, double height);
+    // A screen that opened without sending the focus anywhere gives it to its default button.
+    void GiveFirstFocus(Screen& screen);
 
     Platform platform_;
     Boxes boxes_;

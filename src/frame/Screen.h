@@ -51,6 +51,11 @@ public:
     void HoldClicks() { ++holdRequests_; }
     long long HoldRequests() const { return holdRequests_; }
 
+    // What the screen shows that the log does not hold yet and that leaving the module, or
+    // going back to the start, would throw away ("The OLS estimation results"); empty when
+    // nothing would be lost.
+    virtual std::string UnloggedWork() const { return {}; }
+
     // Events. Load runs once when the screen is created, Activate each time it becomes the
     // active screen (the module counts activations in ActivateCount), Unload before it goes.
     virtual void Load() {}

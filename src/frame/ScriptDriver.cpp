@@ -502,6 +502,8 @@ int ScriptDriver::Perform(const Line& line) {
                                     std::find(indices.begin(), indices.end(), i) != indices.end());
         }
         control->ListIndex = indices.back();
+        // As on the desktop, a change of the highlighted items is a click on the list.
+        module_.Click(screenName, controlName);
     } else if (verb == "check") {
         control->Value = line.words[2] == "1" ? 1 : 0;
         module_.Click(screenName, controlName);

@@ -33,6 +33,7 @@ APicPrn::APicPrn(Module& module)
 
 void APicPrn::Load() {
     BuildText(CopyPicture());
+    SetFocus("Command1");
 }
 
 void APicPrn::Activate() {

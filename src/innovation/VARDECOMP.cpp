@@ -13,8 +13,11 @@ VARDECOMP::VARDECOMP(Module& module)
     Control& text = Add(ControlKind::TextBox, "Text1", "", 240, 480, 9120, 5460);
     text.MultiLine = true;
     text.Locked = true;
+    // Decision: the log is the whole record, so the decomposition goes there unless the user
+    // says no.
     Add(ControlKind::CheckBox, "Check1",
-        "Write the forecast error variance decomposition to the output file", 240, 6150, 5880, 360);
+        "Write the forecast error variance decomposition to the output file", 240, 6150, 5880, 360)
+        .Value = 1;
     Add(ControlKind::Button, "Command1", "Continue", 7920, 6120, 1440, 420);
 }
 
@@ -25,12 +28,17 @@ void VARDECOMP::Load() {
     for (const std::string& line : ReadDecompositionFile(module)) {
         text.Caption += line + "\r\n";
     }
+    SetFocus("Command1");
 }
 
 void VARDECOMP::Activate() {
     if (module.ActivateCount == 1) {
         DecorateHeader(*this, (*this)("Label1"));
     }
+}
+
+std::string VARDECOMP::UnloggedWork() const {
+    return (*this)("Check1").Value == 1 ? "The forecast error variance decomposition" : "";
 }
 
 void VARDECOMP::Click(Control& control) {

@@ -12,6 +12,7 @@ public:
     void Load() override;
     void Activate() override;
     void Click(Control& control) override;
+    std::string UnloggedWork() const override;
 };
 
 } // namespace lorvane

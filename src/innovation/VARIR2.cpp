@@ -52,7 +52,10 @@ VARIR2::VARIR2(Module& module)
     Add(ControlKind::Label, "Label1", "Innovation response horizon (>9):", 240, 5640, 3000, 300);
     Add(ControlKind::Button, "Command4", "Horizon down", 3360, 5580, 1440, 420);
     Add(ControlKind::Button, "Command5", "Horizon up", 4920, 5580, 1440, 420);
-    Add(ControlKind::CheckBox, "Check1", "Store output", 6600, 5610, 2760, 360).Visible = false;
+    Control& store = Add(ControlKind::CheckBox, "Check1", "Store output", 6600, 5610, 2760, 360);
+    store.Visible = false;
+    // Decision: the log is the whole record, so the responses go there unless the user says no.
+    store.Value = 1;
     Add(ControlKind::Button, "Command1", "Start", 4800, 6120, 1440, 420);
     Add(ControlKind::Button, "Command3", "Continue", 6360, 6120, 1440, 420);
     Add(ControlKind::Button, "Command2", "Back", 7920, 6120, 1440, 420);
@@ -63,6 +66,7 @@ void VARIR2::Load() {
     module.InnovationHorizon = SmallestHorizon;
     ShowHorizon();
     SetDefault("Command1");
+    SetFocus("Command1");
     (*this)("Command3").Visible = false;
     (*this)("Text2").Caption =
         "Adjust the innovation response horizon and click the 'Start' button";
@@ -211,6 +215,10 @@ void VARIR2::ShowReport() {
             0, "Warning");
         (*this)("Label0").Caption = " Innovation responses with standard errors (incomplete)";
     }
+}
+
+std::string VARIR2::UnloggedWork() const {
+    return report_.empty() || (*this)("Check1").Value != 1 ? "" : "The innovation responses";
 }
 
 void VARIR2::Continue() {

@@ -18,6 +18,7 @@ public:
     void Load() override;
     void Activate() override;
     void Click(Control& control) override;
+    std::string UnloggedWork() const override;
 
 private:
     void ShowHorizon();

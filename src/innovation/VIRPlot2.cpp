@@ -49,6 +49,7 @@ void VIRPlot2::Load() {
                                 "Double click the picture to print the horizon.";
     Control& picture = (*this)("Picture1");
     picture.Drawing = MakeDrawing(module, picture);
+    SetFocus("Command1");
 }
 
 void VIRPlot2::Activate() {

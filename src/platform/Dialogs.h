@@ -16,6 +16,8 @@ struct MessageBoxRequest {
     std::string shownTitle;
     std::string shownText;
     std::vector<std::string> buttons;
+    // The button that Enter presses when the box opens: an index into buttons.
+    std::size_t defaultButton = 0;
 };
 
 struct InputBoxRequest {

@@ -60,6 +60,7 @@ void ChebishevPol::Load() {
     module.ModelText = VarModelText(module);
     (*this)("Text1").Caption = module.ModelText;
     ShowQ();
+    SetFocus("Klaar");
 }
 
 void ChebishevPol::Activate() {
@@ -120,6 +121,7 @@ void ChebishevPol::Click(Control& control) {
         }
         (*this)("Command1").Visible = true;
         (*this)("Command2").Visible = true;
+        SetFocus("Command2");
     } else if (name == "Command1") {
         module.GoToScreen("ChebishevPol");
     } else if (name == "Command3") {

@@ -53,6 +53,7 @@ VAR2::VAR2(Module& module) : Screen(module, "VAR2", "Order of the VAR") {
 void VAR2::Load() {
     FontOfNotepadText((*this)("Text1"));
     ShowP();
+    SetFocus("Command5");
 }
 
 void VAR2::Activate() {
@@ -141,6 +142,7 @@ void VAR2::ConfirmP() {
     }
     PrintCriteria();
     (*this)("Command4").Enabled = true;
+    SetFocus("Command4");
 }
 
 void VAR2::Leave() {

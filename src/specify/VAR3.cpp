@@ -61,6 +61,7 @@ void VAR3::Load() {
     ShowElement();
     (*this)("Text1").Caption = module.ModelText;
     WritePattern();
+    SetFocus("Command1");
 }
 
 void VAR3::Activate() {

@@ -26,6 +26,7 @@ void VARDetermin::Load() {
     const int dataType = module.store().DataType;
     (*this)("Command3").Enabled = dataType >= 2 && dataType <= 4;
     ShowModel();
+    SetFocus("Command5");
 }
 
 void VARDetermin::Activate() {
@@ -79,6 +80,7 @@ void VARDetermin::Click(Control& control) {
         return;
     }
     ShowModel();
+    SetFocus("Command5");
 }
 
 } // namespace lorvane

@@ -130,6 +130,7 @@ void VARSTR1::Load() {
         RestoreNonstructuralFiles(module);
     }
     (*this)("Text1").Caption = ExplanationText(module.p, module.store().SelectedCount());
+    SetFocus("Command1");
 }
 
 void VARSTR1::Activate() {

@@ -33,6 +33,7 @@ void VBernanke1::Load() {
     (*this)("Text1").Visible = false;
     (*this)("List3").Visible = false;
     ShowEquation(1);
+    SetFocus("Command1");
 }
 
 void VBernanke1::Activate() {

@@ -125,8 +125,12 @@ TEST_F(SelectionTest, ReselectionOrderAndHighlightedItems) {
     DoubleClick(0);
     EXPECT_EQ(control("SelVar1", "List1").Items, (std::vector<std::string>{"income", "invest"}));
     Control& available = control("SelVar1", "List2");
+    // A highlight, as the list reports it, makes the button to select them all pressable.
+    EXPECT_FALSE(control("SelVar1", "Command3").Enabled);
     available.SetHighlighted(0, true);
     available.SetHighlighted(2, true);
+    Click("SelVar1", "List2");
+    EXPECT_TRUE(control("SelVar1", "Command3").Enabled);
     Click("SelVar1", "Command3");
     // Highlighted items leave their place and come back at the end, in list order.
     EXPECT_EQ(control("SelVar1", "List1").Items,
@@ -135,8 +139,12 @@ TEST_F(SelectionTest, ReselectionOrderAndHighlightedItems) {
         available.SetHighlighted(i, true);
     }
     Click("SelVar1", "Command3");
-    EXPECT_FALSE(control("SelVar1", "Command3").Enabled);
     EXPECT_EQ(control("SelVar1", "List1").Items.front(), "invest");
+    for (int i = 0; i < 6; ++i) {
+        available.SetHighlighted(i, false);
+    }
+    Click("SelVar1", "List2");
+    EXPECT_FALSE(control("SelVar1", "Command3").Enabled);
     Click("SelVar1", "Command1");
     EXPECT_EQ(module().store().SelectedName(1), "invest");
     EXPECT_EQ(module().store().SelectedCount(), 6);

@@ -36,6 +36,22 @@ TEST(Boxes, TypesAboveFiveCountModuloSixteen) {
     EXPECT_EQ(test.module().boxes().BoxType, 5);
 }
 
+TEST(Boxes, TheSecondButtonMayBeTheDefault) {
+    TestModule test;
+    Boxes& boxes = test.module().boxes();
+    test.dialogs().QueueAnswer("No");
+    EXPECT_EQ(boxes.MessageBoxFull("Discard?", 4 + Boxes::SecondButtonDefault, "Title"), 7);
+    EXPECT_EQ(boxes.BoxType, 4);
+    EXPECT_EQ(test.dialogs().LastMessage().defaultButton, 1u);
+    test.dialogs().QueueAnswer("Yes");
+    boxes.MessageBoxFull("Discard?", 4, "Title");
+    EXPECT_EQ(test.dialogs().LastMessage().defaultButton, 0u);
+    // A lone OK stays the default.
+    test.dialogs().QueueAnswer("OK");
+    boxes.MessageBoxFull("Note", Boxes::SecondButtonDefault, "Title");
+    EXPECT_EQ(test.dialogs().LastMessage().defaultButton, 0u);
+}
+
 TEST(Boxes, ShortFormDropsTheTypeAndKeepsItsResult) {
     TestModule test;
     test.dialogs().QueueAnswer("Cancel");

@@ -284,6 +284,27 @@ TEST_F(E1Estimation, WithoutZerosTheButtonsLeadFromOlsStraightToFiml) {
     EXPECT_EQ(Results(), once);
 }
 
+// Each step sends the focus to the next one and the guidance follows; once estimates are on the
+// screen "Respecify VAR" asks first: "No" keeps them, "Yes" goes back to the start.
+TEST_F(E1Estimation, TheFocusLeadsOnAndRespecifyAsksBeforeEstimatesGo) {
+    const Screen& screen = *module().LoadedScreen("VARSUR");
+    EXPECT_EQ(screen.Focus(), "Command3");
+    module().Click("VARSUR", "Command3");
+    EXPECT_EQ(screen.Focus(), "Command5");
+    test.dialogs().QueueAnswer("No");
+    module().Click("VARSUR", "Command2");
+    EXPECT_EQ(module().CurrentScreen, "VARSUR");
+    module().Click("VARSUR", "Command5");
+    EXPECT_EQ(screen.Focus(), "Command1");
+    EXPECT_EQ(control("Label2").Caption.find("Click the 'FIML estimation'"), std::string::npos);
+    EXPECT_NE(control("Label2").Caption.find("Click 'Continue'"), std::string::npos);
+    test.dialogs().QueueAnswer("Yes");
+    module().Click("VARSUR", "Command2");
+    EXPECT_EQ(module().CurrentScreen, "SelVar1");
+    EXPECT_EQ(test.dialogs().Shown().size(), 2u);
+    EXPECT_FALSE(std::filesystem::exists(File("OUTPUT.TXT")));
+}
+
 // The log is opened when the estimation is accepted: the session header, the description that
 // the screens before collected, then the estimation. Nothing was logged before.
 TEST_F(E1Estimation, ContinueLogsTheResultsAndLeavesForTheJointTests) {

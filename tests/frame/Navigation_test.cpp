@@ -47,7 +47,73 @@ private:
     int count_ = 0;
 };
 
+// A screen with results on it that the log does not hold, and a default button.
+class WorkingScreen : public Screen {
+public:
+    explicit WorkingScreen(Module& module) : Screen(module, "Working", "") {
+        Add(ControlKind::TextBox, "Text1", "", 0, 0, 1000, 300);
+        Add(ControlKind::Button, "Command1", "Start", 0, 400, 1000, 300);
+        SetDefault("Command1");
+    }
+    std::string UnloggedWork() const override { return work; }
+    std::string work;
+};
+
+// The screen "Working" and probe screens of the given names.
+Module::ScreenMaker WithWorkingScreen(std::vector<std::string> probes) {
+    return
+        [probes = std::move(probes)](Module& m, std::string_view name) -> std::unique_ptr<Screen> {
+            if (name == "Working") {
+                return std::make_unique<WorkingScreen>(m);
+            }
+            return ProbeTable(probes)(m, name);
+        };
+}
+
 } // namespace
+
+TEST_F(NavigationTest, DiscardingUnloggedResultsIsAskedAndNeverTheDefault) {
+    module().UseScreenTable(WithWorkingScreen({"SELSS1"}));
+    module().GoToScreen("Working");
+    auto& working = static_cast<WorkingScreen&>(*module().LoadedScreen("Working"));
+    // Nothing to lose: no question.
+    EXPECT_TRUE(module().ConfirmDiscard());
+    EXPECT_TRUE(test.dialogs().Shown().empty());
+
+    // Results on a screen below a pinned one count as well.
+    working.work = "The estimation results";
+    module().ShowOnTop("SELSS1");
+    test.dialogs().QueueAnswer("No");
+    EXPECT_FALSE(module().ConfirmDiscard());
+    test.dialogs().QueueAnswer("Yes");
+    EXPECT_TRUE(module().ConfirmDiscard());
+    const MessageBoxRequest& asked = test.dialogs().LastMessage();
+    EXPECT_EQ(asked.text, "The estimation results are not in the output file OUTPUT.TXT yet. "
+                          "Discard them?");
+    EXPECT_EQ(asked.buttons, (std::vector<std::string>{"Yes", "No"}));
+    EXPECT_EQ(asked.defaultButton, 1u);
+}
+
+TEST_F(NavigationTest, AScreenThatSendsTheFocusNowhereGivesItToItsDefaultButton) {
+    module().UseScreenTable(WithWorkingScreen({"SelVar1"}));
+    module().GoToScreen("Working");
+    EXPECT_EQ(module().LoadedScreen("Working")->Focus(), "Command1");
+    module().ShowOnTop("Working");
+    EXPECT_EQ(module().LoadedScreen("Working")->Focus(), "Command1");
+    // A screen without a default button keeps the focus where the front end has it.
+    module().GoToScreen("SelVar1");
+    EXPECT_EQ(module().LoadedScreen("SelVar1")->FocusRequests(), 0);
+}
+
+TEST_F(NavigationTest, TheFramesTitleOfAStageLastsUntilTheNextScreenFillsTheFrame) {
+    module().FrameCaption = "Lorvane International (Module VAR)";
+    module().GoToScreen("SelVar1");
+    module().Caption = " Nonstructural VAR versus structural VAR";
+    module().ShowOnTop("VARSTR2");
+    EXPECT_EQ(module().Caption, " Nonstructural VAR versus structural VAR");
+    module().GoToScreen("SelObs");
+    EXPECT_EQ(module().Caption, "Lorvane International (Module VAR)");
+}
 
 TEST_F(NavigationTest, GoToScreenReplacesEverythingAndActivatesOnce) {
     module().GoToScreen("SelVar1");

@@ -58,10 +58,12 @@ TEST_F(ScriptDriverTest, WalksTheScreensAndChecksWhatItSees) {
                          "expect-screen SelObs\n");
     EXPECT_EQ(code, ScriptDriver::Done) << errors.str();
     EXPECT_EQ(out.str(), "alpha\n* beta\ngamma(*)\n");
+    // A highlight is a click on the list, as on the desktop.
     const std::vector<std::string> expected = {"SELVAR1 load",
                                                "SELVAR1 activate 1",
                                                "SELVAR1 dblclick List1 1",
                                                "SELVAR1 dblclick List1 2",
+                                               "SELVAR1 click List1",
                                                "SELVAR1 change Text1 two words",
                                                "SELVAR1 click Check1",
                                                "SELVAR1 click Command1",

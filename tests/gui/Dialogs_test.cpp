@@ -80,6 +80,16 @@ private slots:
         });
         QCOMPARE(dialogs.showMessage(Request({"Yes", "No"})), std::string("Yes"));
         QVERIFY(stillOpen);
+
+        // A box whose default is its second button: Enter answers it at once.
+        MessageBoxRequest discard = Request({"Yes", "No"});
+        discard.defaultButton = 1;
+        WithNextBox([&seen](QDialog* box) {
+            seen = FocusOrder(box);
+            QTest::keyClick(box, Qt::Key_Return);
+        });
+        QCOMPARE(dialogs.showMessage(discard), std::string("No"));
+        QCOMPARE(seen, (QStringList{"No", "Yes"}));
     }
 
     void theModulesBoxesCarryTheirButtonSets() {

@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include "GuiFixture.h"
+#include "ScriptRoad.h"
 #include "platform/EventPump.h"
 
 namespace lorvane::guitest {
@@ -169,6 +170,45 @@ private slots:
         QCOMPARE(closed.count(), 1);
         QVERIFY(!closing.module().Failure());
         QVERIFY(!std::filesystem::exists(active));
+    }
+
+    // After OLS the estimates are on the screen and not in the log: the close box asks, "No"
+    // keeps the screen and its report, "Yes" ends the module.
+    void theCloseBoxAsksBeforeEstimatesGo() {
+        GuiFixture fixture;
+        QVERIFY(fixture.show());
+        ScriptRoad road(fixture, "demo");
+        Module& module = fixture.module();
+        bool asked = false;
+        bool closedOnNo = true;
+        bool endedOnNo = true;
+        std::string screenAfterNo;
+        std::string reportAfterNo;
+        bool closedOnYes = false;
+        road.walk([&](const RoadLine& line, const RoadLine*) {
+            if (asked || line.text != "click VARSUR.Command5") {
+                return false;
+            }
+            asked = true;
+            fixture.scripted().QueueAnswer("No");
+            closedOnNo = fixture.frame().close();
+            endedOnNo = module.Ended();
+            screenAfterNo = module.CurrentScreen;
+            reportAfterNo = (*module.LoadedScreen("VARSUR"))("Text1").Caption;
+            fixture.scripted().QueueAnswer("Yes");
+            closedOnYes = fixture.frame().close();
+            return true;
+        });
+        QVERIFY(asked);
+        QVERIFY(!closedOnNo);
+        QVERIFY(!endedOnNo);
+        QCOMPARE(screenAfterNo, std::string("VARSUR"));
+        QVERIFY(reportAfterNo.find("OLS") != std::string::npos);
+        QCOMPARE(fixture.scripted().Shown().size(), std::size_t(2));
+        QVERIFY(fixture.scripted().Shown().front().find("Discard them? -> No") !=
+                std::string::npos);
+        QVERIFY(closedOnYes);
+        QVERIFY(module.Ended());
     }
 };
 

@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include <fstream>
+#include <map>
 #include <set>
 
 #include "ScriptRoad.h"
@@ -39,6 +40,11 @@ QWidget* NotAButton(QWidget* view) {
         }
     }
     return nullptr;
+}
+
+// Shows the frame and waits until it has the keys.
+bool ShownActive(GuiFixture& fixture) {
+    return fixture.show() && QTest::qWaitForWindowActive(&fixture.frame());
 }
 
 // Marks of the screens that are loaded now: default and cancel buttons by screen.
@@ -72,8 +78,7 @@ private slots:
             s.SetCancel("Command3");
         });
         fixture.go("Alpha");
-        QVERIFY(fixture.show());
-        QVERIFY(QTest::qWaitForWindowActive(&fixture.frame()));
+        QVERIFY(ShownActive(fixture));
         std::vector<std::string>& events = fixture.screen("Alpha").events;
 
         // From a text box and from a list, Enter presses the default button.
@@ -122,8 +127,7 @@ private slots:
             };
         });
         fixture.go("Alpha");
-        QVERIFY(fixture.show());
-        QVERIFY(QTest::qWaitForWindowActive(&fixture.frame()));
+        QVERIFY(ShownActive(fixture));
         auto* text = fixture.widget<QWidget>("Alpha", "Text1");
         auto* left = fixture.widget<QWidget>("Alpha", "Command1");
         auto* right = fixture.widget<QWidget>("Alpha", "Command2");
@@ -149,8 +153,7 @@ private slots:
         std::set<std::string> entered;
         for (const char* example : {"demo", "structural"}) {
             GuiFixture fixture;
-            QVERIFY(fixture.show());
-            QVERIFY(QTest::qWaitForWindowActive(&fixture.frame()));
+            QVERIFY(ShownActive(fixture));
             ScriptRoad road(fixture, example);
             Module& module = fixture.module();
             const bool walked = road.walk([&](const RoadLine& line, const RoadLine*) {
@@ -180,7 +183,6 @@ private slots:
                 QCOMPARE(Marked(module, &Control::Cancel),
                          std::set<std::string>{"SELVAR1.Command2"});
                 road.settle();
-                fixture.widget<QWidget>("SelVar1", "List2")->setFocus();
                 QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
                 QVERIFY(module.Ended());
             }
@@ -193,8 +195,7 @@ private slots:
         fixture.module().UseScreenTable(CreateScreen);
         std::ofstream(fixture.module().DataFile("VARTEXT.TMP")) << "\"Some text\"\r\n";
         fixture.pin("VARSTR2");
-        QVERIFY(fixture.show());
-        QVERIFY(QTest::qWaitForWindowActive(&fixture.frame()));
+        QVERIFY(ShownActive(fixture));
         QCOMPARE(Marked(fixture.module(), &Control::Cancel),
                  std::set<std::string>{"VARSTR2.Command3"});
         fixture.widget<QWidget>("VARSTR2", "Text1")->setFocus();
@@ -202,33 +203,66 @@ private slots:
         QVERIFY(fixture.module().LoadedScreen("VARSTR2") == nullptr);
     }
 
-    void afterOlsTheFocusIsOnFimlNotOnRespecify() {
-        GuiFixture fixture;
-        QVERIFY(fixture.show());
-        QVERIFY(QTest::qWaitForWindowActive(&fixture.frame()));
-        ScriptRoad road(fixture, "demo");
-        // The names of the focused widgets: the views are gone when the road ends.
-        QString beforeOls;
-        QString afterOls;
-        std::string fiml;
-        const bool walked = road.walk([&](const RoadLine& line, const RoadLine*) {
-            if (line.text == "click VARSUR.Command3") {
+    // The keys alone, as a user presses them: along the demo and the restricted road, wherever
+    // the road clicks the button that has the focus, Enter on the focused widget presses it
+    // instead. The test never sets the focus. The estimation leads on by Enter (OLS, each SUR
+    // round, FIML, Continue) and never back to the start; a fresh VARIR2 starts on Enter; after
+    // "Done" of the plots, Escape on the first screen leaves the module.
+    void enterLeadsOnWhereTheScreensSendTheFocus() {
+        std::set<std::string> entered;
+        std::set<std::string> focusOnEstimation;
+        // The frame's title on each screen of the road, the last time the road was there.
+        std::map<std::string, QString> titles;
+        for (const char* example : {"demo", "restricted"}) {
+            GuiFixture fixture;
+            QVERIFY(ShownActive(fixture));
+            ScriptRoad road(fixture, example);
+            Module& module = fixture.module();
+            const bool walked = road.walk([&](const RoadLine& line, const RoadLine*) {
+                if (line.words[0] != "click") {
+                    return false;
+                }
                 road.settle();
-                beforeOls = QApplication::focusWidget()->objectName();
-            } else if (line.text == "click VARSUR.Command5") {
-                road.settle();
-                afterOls = QApplication::focusWidget()->objectName();
-                // Enter runs FIML.
-                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-                fiml = (*fixture.module().LoadedScreen("VARSUR"))("Text6").Caption;
+                QWidget* focused = QApplication::focusWidget();
+                gui::ScreenView* view = fixture.view(line.screen());
+                if (focused == nullptr || view == nullptr || !view->isAncestorOf(focused)) {
+                    return false;
+                }
+                const std::string name = focused->objectName().toStdString();
+                titles[UpperCase(line.screen())] = fixture.frame().windowTitle();
+                if (UpperCase(line.screen()) == "VARSUR") {
+                    focusOnEstimation.insert(name);
+                }
+                if (name != line.control()) {
+                    return false;
+                }
+                QTest::keyClick(focused, Qt::Key_Return);
+                entered.insert(std::string(example) + " " + line.text);
                 return true;
-            }
-            return false;
-        });
-        QVERIFY2(walked, road.problems().c_str());
-        QCOMPARE(beforeOls, QString("Command3"));
-        QCOMPARE(afterOls, QString("Command5"));
-        QCOMPARE(fiml, std::string("1"));
+            });
+            QVERIFY2(walked, road.problems().c_str());
+            QCOMPARE(road.log(), road.expectedLog());
+            QCOMPARE(module.CurrentScreen, std::string("SelVar1"));
+            road.settle();
+            QWidget* focused = QApplication::focusWidget();
+            QVERIFY(focused != nullptr);
+            QTest::keyClick(focused, Qt::Key_Escape);
+            QVERIFY(module.Ended());
+        }
+        for (const char* line :
+             {"demo click VARSUR.Command3", "demo click VARSUR.Command5",
+              "demo click VARSUR.Command1", "demo click VARIR2.Command1",
+              "demo click VWaldT2.Command1", "demo click VWaldT2.Command2",
+              "demo click VARDECOMP.Command1", "restricted click VARSUR.Command3",
+              "restricted click VARSUR.Command4", "restricted click VARSUR.Command1"}) {
+            QVERIFY2(entered.count(line) == 1, line);
+        }
+        QVERIFY(focusOnEstimation.count("Command2") == 0);
+        // The title of the fork lasts as long as the fork.
+        QVERIFY(titles["VARSTR1"].contains("Nonstructural VAR versus structural VAR"));
+        for (const char* later : {"VARIR2", "VARDECOMP", "VIRPLOT2"}) {
+            QVERIFY2(!titles[later].contains("versus"), qPrintable(titles[later]));
+        }
     }
 
     // A handler that works for a few seconds and yields: meanwhile the frame shows the hourglass

@@ -104,8 +104,11 @@ TEST_F(VARIR2Screen, StartRunsOncePerVisit) {
     module().Click("VARIR2", "Command1");
     EXPECT_EQ(ReadFile(module().DataFile("VARIR2.TMP")), "");
 
-    // Continue without "Store output" leaves the log alone, and missing plot files are no
-    // failure. The next screen shows the decomposition.
+    // "Store output" starts ticked; Continue with it unticked leaves the log alone, and missing
+    // plot files are no failure. The next screen shows the decomposition, its box ticked too.
+    Control& store = Ctl(module(), "VARIR2", "Check1");
+    EXPECT_EQ(store.Value, 1);
+    store.Value = 0;
     module().Click("VARIR2", "Command3");
     ASSERT_EQ(module().CurrentScreen, "VARDECOMP");
     EXPECT_FALSE(std::filesystem::exists(module().DataFile("OUTPUT.TXT")));
@@ -116,6 +119,9 @@ TEST_F(VARIR2Screen, StartRunsOncePerVisit) {
                           "Column 2: Contribution (%) of the innovation in\r\n          x\r\n"));
     EXPECT_NE(table.find("\r\n   1   2   3\r\n------------\r\n   0 100   0\r\n"),
               std::string::npos);
+    Control& written = Ctl(module(), "VARDECOMP", "Check1");
+    EXPECT_EQ(written.Value, 1);
+    written.Value = 0;
     // The plots read the responses that the second press above emptied.
     module().Click("VARDECOMP", "Command1");
     ASSERT_TRUE(module().Failure().has_value());
