@@ -16,6 +16,7 @@ VWaldT2::VWaldT2(Module& module)
                        // the structural model's tests do.
                        .logged = true}) {
     Add(ControlKind::Button, "Checks", "Model checks", 6360, 6120, 1440, 420);
+    Add(ControlKind::Button, "Forecast", "Forecast", 6360, 6600, 1440, 420);
 }
 
 void VWaldT2::Load() {
@@ -39,6 +40,8 @@ void VWaldT2::Click(Control& control) {
         module.GoToScreen("VARSTR1");
     } else if (name == "Command3") {
         module.GoToScreen("VWaldT2");
+    } else if (name == "Forecast") {
+        module.GoToScreen("VARFCST");
     } else if (name == "Checks") {
         module.GoToScreen("VARCHECK");
     } else if (name == "Command5") {

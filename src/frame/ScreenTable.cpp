@@ -12,6 +12,7 @@
 #include "dialogs/GuidedTour.h"
 #include "estimate/VARSUR.h"
 #include "estimate/VWaldT2.h"
+#include "forecast/VARFCST.h"
 #include "frame/NumberText.h"
 #include "frame/Screen.h"
 #include "innovation/APicPrn.h"
@@ -39,12 +40,12 @@ template <typename S> Factory Make() {
     return [](Module& module) { return std::make_unique<S>(module); };
 }
 
-constexpr std::array<std::string_view, 24> Names = {
+constexpr std::array<std::string_view, 25> Names = {
     "APICPRN",    "CHEBISHEVPOL", "GUIDEDTOUR", "MYINPUTBOXFRM", "MYMESSAGEBOXFRM",
     "SELOBS",     "SELSS1",       "SELVAR1",    "SELVARYINFO",   "VAR2",
-    "VAR3",       "VARCHECK",     "VARDECOMP",  "VARDETERMIN",   "VARIR2",
-    "VARSTR1",    "VARSTR2",      "VARSUR",     "VBERNANKE1",    "VBERNANKE2",
-    "VBERNANKE3", "VIRPLOT2",     "VWALDT2",    "VWALDT3"};
+    "VAR3",       "VARCHECK",     "VARDECOMP",  "VARDETERMIN",   "VARFCST",
+    "VARIR2",     "VARSTR1",      "VARSTR2",    "VARSUR",        "VBERNANKE1",
+    "VBERNANKE2", "VBERNANKE3",   "VIRPLOT2",   "VWALDT2",       "VWALDT3"};
 
 const std::map<std::string, Factory, std::less<>>& Factories() {
     static const std::map<std::string, Factory, std::less<>> factories = {
@@ -60,6 +61,7 @@ const std::map<std::string, Factory, std::less<>>& Factories() {
         {"VARCHECK", Make<VARCHECK>()},
         {"VARDETERMIN", Make<VARDetermin>()},
         {"VARDECOMP", Make<VARDECOMP>()},
+        {"VARFCST", Make<VARFCST>()},
         {"VARIR2", Make<VARIR2>()},
         {"VARSTR1", Make<VARSTR1>()},
         {"VARSTR2", Make<VARSTR2>()},

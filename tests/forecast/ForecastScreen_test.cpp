@@ -1,0 +1,94 @@
+// The forecast screen on the example model: reached from the joint tests, the report in Text1
+// and in the log with the figures of the peers at the printed digits.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "estimate/EstimateRoad.h"
+#include "frame/NumberText.h"
+#include "support/Reference.h"
+
+namespace lorvane::test {
+namespace {
+
+std::string Cell(double value) {
+    return RightAligned(FormatNumber(value, "0.000000"), 11);
+}
+
+class E1ForecastScreen : public ::testing::Test {
+protected:
+    void SetUp() override {
+        WalkE1ToVARSUR(test);
+        module().Click("VARSUR", "Command3");
+        module().Click("VARSUR", "Command5");
+        module().Click("VARSUR", "Command1");
+        ASSERT_EQ(module().CurrentScreen, "VWaldT2");
+        module().Click("VWaldT2", "Forecast");
+        ASSERT_EQ(module().CurrentScreen, "VARFCST");
+    }
+
+    Module& module() { return test.module(); }
+    const nlohmann::json& Reference() {
+        return E1Reference()["var2_intercept_checks_and_forecasts"];
+    }
+
+    TestModule test;
+};
+
+TEST_F(E1ForecastScreen, TheReportShowsForecastsErrorsAndObservedValues) {
+    EXPECT_EQ(Ctl(module(), "VARFCST", "Horizon").Caption, "8");
+    module().Click("VARFCST", "Compute");
+    const std::string report = Ctl(module(), "VARFCST", "Text1").Caption;
+    EXPECT_NE(report.find("estimation uncertainty not added"), std::string::npos) << report;
+    const nlohmann::json& points = Reference()["forecast"];
+    const nlohmann::json& se = Reference()["forecast_se_sigma_over_T"];
+    const nlohmann::json& actual = Reference()["actual_after_origin"];
+    for (std::size_t i = 0; i < 3; ++i) {
+        double squares = 0;
+        for (std::size_t h = 0; h < 8; ++h) {
+            const double y = points[h][i].get<double>();
+            const double a = actual[h][i].get<double>();
+            squares += (a - y) * (a - y);
+            const std::string line =
+                RightAligned(std::to_string(77 + h), 3) + Cell(y) + Cell(se[h][i].get<double>());
+            const std::string tail = Cell(a) + Cell(a - y) + "\r\n";
+            const std::size_t at = report.find(line, i == 0 ? 0 : report.find(" dlinc"));
+            ASSERT_NE(at, std::string::npos) << line << "\n" << report;
+            EXPECT_EQ(report.substr(at + line.size() + 44, tail.size()), tail) << line;
+        }
+        EXPECT_NE(report.find(" RMSE over 8 observed steps:" + Cell(std::sqrt(squares / 8))),
+                  std::string::npos)
+            << i;
+    }
+    const std::string log = ReadFile(module().DataFile("OUTPUT.TXT"));
+    EXPECT_TRUE(log.ends_with(report)) << log;
+
+    module().Click("VARFCST", "Continue");
+    EXPECT_EQ(module().CurrentScreen, "VWaldT2");
+}
+
+TEST_F(E1ForecastScreen, TheOptionAddsTheEstimationUncertaintyAndBadHorizonsAreRefused) {
+    Control& horizon = Ctl(module(), "VARFCST", "Horizon");
+    for (const char* text : {"0", "2.5", "abc", "101"}) {
+        horizon.Caption = text;
+        module().Click("VARFCST", "Compute");
+        EXPECT_EQ(Ctl(module(), "VARFCST", "Text1").Caption,
+                  " The horizon is a whole number from 1 to 100.")
+            << text;
+    }
+    horizon.Caption = "2";
+    Ctl(module(), "VARFCST", "Check1").Value = 1;
+    module().Click("VARFCST", "Compute");
+    const std::string report = Ctl(module(), "VARFCST", "Text1").Caption;
+    EXPECT_NE(report.find("estimation uncertainty added"), std::string::npos) << report;
+    // The peers' figures divide the residuals' squares by T - kp - 1 = 66, ours by T = 73:
+    // both shares scale alike, so the ratio of the standard errors is sqrt(66 / 73).
+    const double peers = Reference()["forecast_se_with_estimation_uncertainty_peers"][1][0];
+    const std::string line = " 78" + Cell(Reference()["forecast"][1][0].get<double>()) +
+                             Cell(peers * std::sqrt(66.0 / 73));
+    EXPECT_NE(report.find(line), std::string::npos) << line << "\n" << report;
+}
+
+} // namespace
+} // namespace lorvane::test
