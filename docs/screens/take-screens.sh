@@ -2,7 +2,8 @@
 # Takes the screenshots of this folder, as the headless driver renders them, at scale 1 and 2:
 # every screen along the demo road and the restricted road of examples/, the structural screens
 # of the structural road (from the choice of the route on), the model checks of the checks road
-# and the joint tests it returns to, the screens and boxes of extras.var,
+# and the joint tests it returns to, the forecast screen and the joint tests before it, the
+# screens and boxes of extras.var,
 # and lorvane's window as the GUI test of the whole road leaves it.
 #   docs/screens/take-screens.sh [BUILD_FOLDER [SHOTS_FOLDER]]
 # (default build/release, and this folder; the tests take them into a folder of the build)
@@ -65,8 +66,9 @@ for scale in 1 2; do
     with_shots restricted restricted "" > "$temp/restricted-$scale.var"
     with_shots structural_ml structural VARSTR1 > "$temp/structural-$scale.var"
     with_shots checks checks VARCHECK > "$temp/checks-$scale.var"
+    with_shots forecast forecast VWaldT2 > "$temp/forecast-$scale.var"
     sed -e "s|@SHOTS@|$shots|g" -e "s|@SCALE@|$scale|g" "$here/extras.var" > "$temp/extras-$scale.var"
-    for road in demo restricted structural checks extras; do
+    for road in demo restricted structural checks forecast extras; do
         run "$road"
     done
     QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR="$scale" \

@@ -5,6 +5,7 @@
 
 #include "forecast/ForecastInputs.h"
 #include "forecast/ForecastReport.h"
+#include "frame/Decoration.h"
 #include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "frame/OutputLog.h"
@@ -20,6 +21,7 @@ VARFCST::VARFCST(Module& module) : Screen(module, "VARFCST", "Forecasts") {
     Control& results = Add(ControlKind::TextBox, "Text1", "", 240, 900, 9120, 5100);
     results.MultiLine = true;
     results.Locked = true;
+    FontOfNotepadText(results);
     Add(ControlKind::Button, "Compute", "Compute", 5760, 6120, 1440, 420);
     Add(ControlKind::Button, "Continue", "Continue", 7920, 6120, 1440, 420);
 }
