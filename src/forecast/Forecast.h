@@ -16,6 +16,11 @@ struct ForecastData {
     Eigen::MatrixXd D;
 };
 
+// The half widths of the 68 % and 95 % intervals in standard errors: the quantiles 0.84 and
+// 0.975 of the standard normal distribution.
+inline constexpr double Interval68 = 0.9944578832097535;
+inline constexpr double Interval95 = 1.959963984540054;
+
 // Forecasts for steps 1..H from an origin, with their standard errors (H by n each).
 struct Forecast {
     Eigen::MatrixXd Points;

@@ -8,10 +8,6 @@ namespace lorvane {
 
 namespace {
 
-// The quantiles 0.84 and 0.975 of the standard normal distribution.
-constexpr double Z68 = 0.9944578832097535;
-constexpr double Z95 = 1.959963984540054;
-
 std::string Cell(double value) {
     return RightAligned(FormatNumber(value, "0.000000"), 11);
 }
@@ -36,8 +32,8 @@ std::string ForecastReport(const Forecast& forecast, const ForecastReportForm& f
             const double y = forecast.Points(h, i);
             const double se = forecast.StandardErrors(h, i);
             text += RightAligned(std::to_string(form.origin + h + 1), 3) + Cell(y) + Cell(se) +
-                    Cell(y - Z68 * se) + Cell(y + Z68 * se) + Cell(y - Z95 * se) +
-                    Cell(y + Z95 * se);
+                    Cell(y - Interval68 * se) + Cell(y + Interval68 * se) +
+                    Cell(y - Interval95 * se) + Cell(y + Interval95 * se);
             const double actual = form.observed(h, i);
             if (!std::isnan(actual)) {
                 text += Cell(actual) + Cell(actual - y);

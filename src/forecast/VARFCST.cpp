@@ -1,14 +1,20 @@
 #include "forecast/VARFCST.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
+#include "forecast/FanChart.h"
 #include "forecast/ForecastInputs.h"
 #include "forecast/ForecastReport.h"
 #include "frame/Decoration.h"
 #include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "frame/OutputLog.h"
+#include "frame/RuntimeError.h"
+#include "frame/Workspace.h"
+#include "innovation/PlotDrawing.h"
+#include "innovation/PlotList.h"
 #include "specify/Deterministic.h"
 
 namespace lorvane {
@@ -22,6 +28,8 @@ VARFCST::VARFCST(Module& module) : Screen(module, "VARFCST", "Forecasts") {
     results.MultiLine = true;
     results.Locked = true;
     FontOfNotepadText(results);
+    // The fan charts are drawn here and saved; the screen shows the report only.
+    Add(ControlKind::Picture, "Picture1", "", 240, 900, 6000, 4400).Visible = false;
     Add(ControlKind::Button, "Compute", "Compute", 5760, 6120, 1440, 420);
     Add(ControlKind::Button, "Continue", "Continue", 7920, 6120, 1440, 420);
 }
@@ -78,6 +86,33 @@ void VARFCST::Compute() {
     report.resize(report.size() - 2);
     OpenLogSection(module);
     AppendToLog(module, report);
+    const int shown = std::min(FanHistory, last + 1);
+    SaveFanCharts(data.Y.middleRows(last - shown + 1, shown), forecast, form.names);
+}
+
+void VARFCST::SaveFanCharts(const Eigen::MatrixXd& history, const Forecast& forecast,
+                            const std::vector<std::string>& names) {
+    Control& picture = (*this)("Picture1");
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const auto column = static_cast<Eigen::Index>(i);
+        FanChart chart;
+        chart.Title = "Forecasts of " + names[i];
+        for (Eigen::Index t = 0; t < history.rows(); ++t) {
+            chart.History.push_back(history(t, column));
+        }
+        for (Eigen::Index h = 0; h < forecast.Points.rows(); ++h) {
+            chart.Points.push_back(forecast.Points(h, column));
+            chart.SE.push_back(forecast.StandardErrors(h, column));
+        }
+        picture.Drawing = MakeDrawing(module, picture);
+        DrawFanChart(*picture.Drawing, chart);
+        const std::string file = NextBitmapName(module);
+        AppendToLog(module, "");
+        AppendToLog(module, "Insert picture file " + DataFileText(file));
+        if (!picture.Drawing->saveBitmap(module.DataFile(file))) {
+            Raise(PathFileAccessError);
+        }
+    }
 }
 
 } // namespace lorvane
