@@ -5,7 +5,9 @@
 
 #include <string>
 
+#include "data/DataStore.h"
 #include "estimate/EstimateRoad.h"
+#include "estimate/WaldFileWriter.h"
 #include "frame/NumberText.h"
 #include "support/Reference.h"
 
@@ -98,6 +100,62 @@ TEST_F(E1ForecastScreen, TheOptionAddsTheEstimationUncertaintyAndBadHorizonsAreR
     const std::string line = " 78" + Cell(Reference()["forecast"][1][0].get<double>()) +
                              Cell(peers * std::sqrt(66.0 / 73));
     EXPECT_NE(report.find(line), std::string::npos) << line << "\n" << report;
+}
+
+} // namespace
+} // namespace lorvane::test
+
+namespace lorvane::test {
+namespace {
+
+// With Granger zeros and SUR estimates, the first two forecasts follow from the coefficients on
+// file: dlinvest's lags are left out of the equations of dlincome and dlcons.
+TEST(RestrictedForecastScreen, TheForecastsUseTheRestrictedSurEstimates) {
+    TestModule test;
+    Module& module = test.module();
+    WalkE1ToVARSUR(test, {{2, 1}, {3, 1}});
+    // OLS, SUR, FIML, then a SUR round again: the SUR estimates are on file.
+    for (const char* button : {"Command3", "Command4", "Command5", "Command4", "Command1"}) {
+        module.Click("VARSUR", button);
+    }
+    ASSERT_EQ(module.CurrentScreen, "VWaldT2");
+    module.Click("VWaldT2", "Forecast");
+    Ctl(module, "VARFCST", "Horizon").Caption = "2";
+    module.Click("VARFCST", "Compute");
+    const std::string report = Ctl(module, "VARFCST", "Text1").Caption;
+
+    double T = 0;
+    const std::vector<double> b = ReadParameterSet(module, T).values;
+    ASSERT_EQ(b.size(), 17u);
+    const DataStore& store = module.store();
+    // y(t) for t = 75, 76, then the two forecasts.
+    std::vector<std::vector<double>> y;
+    for (int t = 75; t <= 76; ++t) {
+        y.push_back(
+            {store.SelectedValue(t, 1), store.SelectedValue(t, 2), store.SelectedValue(t, 3)});
+    }
+    for (int step = 1; step <= 2; ++step) {
+        const std::size_t now = y.size();
+        std::vector<double> next(3);
+        std::size_t c = 0;
+        for (int i = 0; i < 3; ++i) {
+            for (std::size_t lag = 1; lag <= 2; ++lag) {
+                for (int j = i == 0 ? 0 : 1; j < 3; ++j) {
+                    next[i] += b[c++] * y[now - lag][j];
+                }
+            }
+            next[i] += b[c++];
+        }
+        y.push_back(next);
+    }
+    for (int i = 0; i < 3; ++i) {
+        const std::size_t section = report.find("\r\n " + Trim(store.SelectedName(i + 1)) + "\r\n");
+        ASSERT_NE(section, std::string::npos) << report;
+        for (int step = 1; step <= 2; ++step) {
+            const std::string line = " " + std::to_string(76 + step) + Cell(y[1 + step][i]);
+            EXPECT_NE(report.find(line, section), std::string::npos) << line << "\n" << report;
+        }
+    }
 }
 
 } // namespace
