@@ -111,6 +111,9 @@ Forecast ComputeForecast(const ForecastModel& model, const ForecastData& data, i
                          int H, bool estimationUncertainty) {
     Forecast forecast;
     forecast.Points = PointForecasts(model, data, last, H);
+    // Decision: Sigma keeps the divisor T of every other figure of the module; the estimation's
+    // share averages over the sample's own forecast origins, so restricted, SUR and FIML
+    // estimates are covered by the same rule.
     std::vector<Eigen::MatrixXd> mse = ForecastMse(model, H);
     if (estimationUncertainty) {
         const std::vector<Eigen::MatrixXd> omega = EstimationMse(model, data, first, last, H);
