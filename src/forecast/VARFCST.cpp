@@ -11,10 +11,8 @@
 #include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "frame/OutputLog.h"
-#include "frame/RuntimeError.h"
-#include "frame/Workspace.h"
+#include "innovation/PictureSaving.h"
 #include "innovation/PlotDrawing.h"
-#include "innovation/PlotList.h"
 #include "specify/Deterministic.h"
 
 namespace lorvane {
@@ -106,12 +104,7 @@ void VARFCST::SaveFanCharts(const Eigen::MatrixXd& history, const Forecast& fore
         }
         picture.Drawing = MakeDrawing(module, picture);
         DrawFanChart(*picture.Drawing, chart);
-        const std::string file = NextBitmapName(module);
-        AppendToLog(module, "");
-        AppendToLog(module, "Insert picture file " + DataFileText(file));
-        if (!picture.Drawing->saveBitmap(module.DataFile(file))) {
-            Raise(PathFileAccessError);
-        }
+        SavePicture(module, *picture.Drawing);
     }
 }
 
