@@ -24,10 +24,7 @@ std::string PValue(const nlohmann::json& value) {
 class E1Checks : public ::testing::Test {
 protected:
     void SetUp() override {
-        WalkE1ToVARSUR(test);
-        for (const char* button : {"Command3", "Command5", "Command1"}) {
-            module().Click("VARSUR", button);
-        }
+        WalkE1ToVWaldT2(test);
         module().Click("VWaldT2", "Checks");
         ASSERT_EQ(module().CurrentScreen, "VARCHECK");
     }

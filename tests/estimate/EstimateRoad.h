@@ -53,6 +53,15 @@ inline void WalkE1ToVARSUR(TestModule& test, const std::vector<std::pair<int, in
     SpecifyToVARSUR(test, 2, zeros);
 }
 
+// The example VAR(2) estimated by OLS with the FIML variance of L, on the joint tests.
+inline void WalkE1ToVWaldT2(TestModule& test) {
+    WalkE1ToVARSUR(test);
+    for (const char* button : {"Command3", "Command5", "Command1"}) {
+        test.module().Click("VARSUR", button);
+    }
+    ASSERT_EQ(test.module().CurrentScreen, "VWaldT2");
+}
+
 // A CSV data set without dates: the variables at the given columns (0-based), the whole
 // sample, intercept only, VAR(p).
 inline void WalkCsvToVARSUR(TestModule& test, const std::string& csv,

@@ -14,13 +14,7 @@ namespace {
 // The joint tests after OLS and FIML on the example VAR(2).
 class E1WaldTests : public ::testing::Test {
 protected:
-    void SetUp() override {
-        WalkE1ToVARSUR(test);
-        module().Click("VARSUR", "Command3");
-        module().Click("VARSUR", "Command5");
-        module().Click("VARSUR", "Command1");
-        ASSERT_EQ(module().CurrentScreen, "VWaldT2");
-    }
+    void SetUp() override { WalkE1ToVWaldT2(test); }
 
     Module& module() { return test.module(); }
     Control& control(const char* name) { return Ctl(module(), "VWaldT2", name); }

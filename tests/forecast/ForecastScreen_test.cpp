@@ -21,11 +21,7 @@ std::string Cell(double value) {
 class E1ForecastScreen : public ::testing::Test {
 protected:
     void SetUp() override {
-        WalkE1ToVARSUR(test);
-        module().Click("VARSUR", "Command3");
-        module().Click("VARSUR", "Command5");
-        module().Click("VARSUR", "Command1");
-        ASSERT_EQ(module().CurrentScreen, "VWaldT2");
+        WalkE1ToVWaldT2(test);
         module().Click("VWaldT2", "Forecast");
         ASSERT_EQ(module().CurrentScreen, "VARFCST");
     }
