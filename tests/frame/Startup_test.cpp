@@ -180,16 +180,26 @@ TEST_F(StartupTest, ARunningModuleStopsTheStartAndItsFileStays) {
     EXPECT_TRUE(test.processes().Requests().empty());
     EXPECT_EQ(module().CurrentScreen, "");
 
-    // An unreadable file is deleted and the start goes on.
-    TestModule second;
-    second.module().UseScreenTable(ProbeTable({"SelVar1"}));
-    const FileLock holder(second.Root() / "work" / WorkFolderLockName);
-    WriteFile(second.Root() / "work" / "ACTIVEMODULE.TXT", "");
-    second.module().Run([&] {
-        ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start");
-    });
-    EXPECT_FALSE(second.module().Ended());
-    EXPECT_EQ(second.module().CurrentScreen, "SelVar1");
+    // The lock decides, whatever the mark says: a module that holds it and has not written its
+    // mark yet (or whose mark was emptied or removed) stops the start before it writes anything.
+    for (const char* mark : std::initializer_list<const char*>{"", nullptr}) {
+        TestModule second;
+        second.module().UseScreenTable(ProbeTable({"SelVar1"}));
+        const std::filesystem::path work = second.Root() / "work";
+        const FileLock holder(work / WorkFolderLockName);
+        if (mark != nullptr) {
+            WriteFile(work / "ACTIVEMODULE.TXT", mark);
+        }
+        second.dialogs().QueueAnswer("OK");
+        second.module().Run(
+            [&] { ModuleEntry(second.module(), work.string(), second.Root() / "start"); });
+        EXPECT_TRUE(second.module().Ended());
+        EXPECT_EQ(second.dialogs().Shown()[0], "[box] Error! | A previous instance of Lorvane "
+                                               "module VAR is running! End it first. -> OK");
+        EXPECT_EQ(second.module().CurrentScreen, "");
+        EXPECT_FALSE(std::filesystem::exists(work / "STARTDIR"));
+        EXPECT_EQ(std::filesystem::exists(work / "ACTIVEMODULE.TXT"), mark != nullptr);
+    }
 }
 
 // A module that was killed left its mark but holds no lock: the mark is stale.
