@@ -6,7 +6,7 @@
 #include "frame/Decoration.h"
 #include "frame/Module.h"
 #include "frame/NumberText.h"
-#include "frame/OutputLog.h"
+#include "frame/PictureFile.h"
 #include "frame/TextFile.h"
 #include "frame/TextToNumber.h"
 #include "innovation/PlotList.h"
@@ -161,13 +161,8 @@ void VIRPlot2::PictureDoubleClick(Control& control) {
 
 void VIRPlot2::Save() {
     const std::string file = NextBitmapName(module);
-    const std::string shown = DataFileText(file);
-    (*this)("Label0").Caption = "Plot saved as " + shown;
-    AppendToLog(module, "");
-    AppendToLog(module, "Insert picture file " + shown);
-    if (!(*this)("Picture1").Drawing->saveBitmap(module.DataFile(file))) {
-        Raise(PathFileAccessError);
-    }
+    (*this)("Label0").Caption = "Plot saved as " + DataFileText(file);
+    SavePicture(module, *(*this)("Picture1").Drawing, file);
     (*this)("Command1").Enabled = false;
     MarkPlotSaved(module, plot_);
     BuildList();

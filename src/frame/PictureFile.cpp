@@ -1,0 +1,30 @@
+#include "frame/PictureFile.h"
+
+#include <system_error>
+
+#include "frame/Module.h"
+#include "frame/OutputLog.h"
+#include "frame/RuntimeError.h"
+#include "platform/Surface.h"
+
+namespace lorvane {
+
+void SavePicture(Module& module, const Surface& picture, const std::string& file) {
+    const std::filesystem::path whole = module.DataFile(file);
+    const std::filesystem::path written = whole.string() + ".part";
+    std::error_code error;
+    if (!picture.saveBitmap(written)) {
+        std::filesystem::remove(written, error);
+        Raise(PathFileAccessError);
+    }
+    std::filesystem::rename(written, whole, error);
+    if (error) {
+        std::filesystem::remove(written, error);
+        Raise(PathFileAccessError);
+    }
+    // Decision: the line that names the picture is written once the picture is whole, not
+    // before it is saved, so that the log never names a picture a full disk cut short.
+    AppendToLog(module, "\r\nInsert picture file " + DataFileText(file));
+}
+
+} // namespace lorvane
