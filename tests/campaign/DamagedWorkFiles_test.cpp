@@ -153,7 +153,6 @@ const Damage ModelDamages[] = {
      [](const std::string& s) { return WithFirstField(s, std::to_string(std::stoi(s) - 1)); }},
     {"another model's residuals", ResidualsOfASmallerModel},
     {"another model's parameters", ParametersOfASmallerModel},
-    {"another route", [](const std::string&) { return std::string("\"NSVARGMM\"\r\n"); }},
 };
 
 const Damage& DamageNamed(std::string_view name) {
@@ -338,12 +337,11 @@ TEST(DamagedWorkFiles, EveryDamageOfTheStructuralRoadsEndsInOrder) {
     EXPECT_LT(PeakMegabytes(), 1500);
 }
 
-// The work files read against the model: a T that is not the model's, the files of another model,
-// a route word of none of the roads. Each is the read error, not numbers of another model.
+// The work files read against the model: a T that is not the model's, the files of another
+// model. Each is the read error, not numbers of another model.
 const StructuralCase ModelCases[] = {
     {"demo.var", "WALDT.TMP", nullptr, {"T 0", "T -3", "T 32767", "T one less"}},
     {"demo.var", "U.TMP", nullptr, {"another model's residuals"}},
-    {"demo.var", "ROUTE.TMP", nullptr, {"another route"}},
     {"structural.var", "BWALDT.TMP", nullptr, {"T 0", "T -3", "T 32767"}},
     {"structural.var", "WALDTSV.TMP", nullptr, {"T 0", "T 32767", "another model's parameters"}},
     {"structural_ml.var", "WALDTSV.TMP", nullptr, {"T -3", "another model's parameters"}},
