@@ -212,6 +212,9 @@ private slots:
             QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string("VAR"));
             std::ofstream(work / "ACTIVEMODULE.TXT", std::ios::trunc).close();
             QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string());
+            // The lock counts without a mark: a module starting, or one whose mark was removed.
+            std::filesystem::remove(work / "ACTIVEMODULE.TXT");
+            QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string());
         }
 
         std::filesystem::remove(work / "LORVANE.DAT" / "INPUT2.RAN");
