@@ -190,7 +190,7 @@ void BM_FimlVariance(benchmark::State& state) {
     Estimation& fixture = Fixture(SizeOf(state));
     EstimationView view(fixture.module(), fixture.Status(), fixture.Results());
     const Matrix L = ReadLFile(fixture.module());
-    const Matrix u = ReadResiduals(fixture.module(), fixture.T());
+    const Matrix u = ReadResiduals(fixture.module(), fixture.T(), L.Rows());
     for (auto _ : state) {
         Matrix VL;
         if (ComputeVarianceOfL(view, L, u, fixture.T(), VL) != VarianceOfL::Done) {

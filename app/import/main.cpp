@@ -7,8 +7,10 @@
 
 #include "data/CsvImport.h"
 #include "frame/RuntimeError.h"
+#include "platform/FileSizeLimit.h"
 
 int main(int argc, char** argv) {
+    lorvane::FailWritesBeyondTheFileSizeLimit();
     try {
         const std::vector<std::string> arguments(argv + 1, argv + argc);
         return lorvane::RunImport(arguments, std::cout, std::cerr);

@@ -222,6 +222,9 @@ bool MainWindow::importAndStart() {
     }
     try {
         WriteDataFiles(preview.Data, path);
+    } catch (const WorkFolderInUse&) {
+        // A module started on the folder since the question.
+        return refuse(InUseText(ActiveModule(path)));
     } catch (const RuntimeError& failed) {
         return refuse(tr("The data files could not be written in %1 (%2). Nothing was changed.")
                           .arg(Shown(folder), QString::fromStdString(failed.Description())));

@@ -74,14 +74,13 @@ void WriteFullSize(const std::filesystem::path& workFolder, bool full) {
 }
 
 std::optional<std::string> ActiveModule(const std::filesystem::path& workFolder) {
-    const std::filesystem::path file = WorkFolderSpace(workFolder).WorkFile("ACTIVEMODULE.TXT");
-    if (!IsFile(file)) {
-        return std::nullopt;
-    }
-    // The mark counts while the module that wrote it holds the work folder's lock. One without
-    // a holder was left by a module that was killed: the next start of the module removes it.
-    if (FileLock(WorkFolderSpace(workFolder).WorkFile(WorkFolderLockName)).state() ==
-        FileLock::State::Taken) {
+    const Workspace space = WorkFolderSpace(workFolder);
+    const std::filesystem::path file = space.WorkFile("ACTIVEMODULE.TXT");
+    // The lock decides: a module holds it from before its mark is written to its end. A mark
+    // without a holder was left by a module that was killed, and the next start removes it;
+    // where no lock can be had, the mark alone counts.
+    const FileLock::State lock = FileLock(space.WorkFile(WorkFolderLockName)).state();
+    if (lock == FileLock::State::Taken || (lock == FileLock::State::Unavailable && !IsFile(file))) {
         return std::nullopt;
     }
     try {

@@ -29,8 +29,8 @@ bool FillsScreen(int width, int height);
 void WriteFullSize(const std::filesystem::path& workFolder, bool full);
 
 // The module that is using the work folder (the name in ACTIVEMODULE.TXT), or nothing when no
-// module is: no mark, or a stale one that no running module holds the folder's lock for. An
-// unreadable mark gives an empty name.
+// module is: no process holds the folder's lock, whatever the mark says. A folder held without a
+// readable mark (a module starting, or a mark removed) gives an empty name.
 std::optional<std::string> ActiveModule(const std::filesystem::path& workFolder);
 
 // Whether the work folder holds a data set: both data files of LORVANE.DAT.

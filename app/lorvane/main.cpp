@@ -12,6 +12,7 @@
 #include "HandBack.h"
 #include "MainWindow.h"
 #include "ModuleStarter.h"
+#include "platform/FileSizeLimit.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ void PrintUsage(std::ostream& out) {
 } // namespace
 
 int main(int argc, char** argv) {
+    lorvane::FailWritesBeyondTheFileSizeLimit();
     // The command line is one text, a file or a folder, blanks and all.
     std::string path;
     for (int i = 1; i < argc; ++i) {

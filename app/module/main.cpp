@@ -18,6 +18,7 @@
 #include "frame/Module.h"
 #include "frame/ScriptDriver.h"
 #include "frame/Startup.h"
+#include "platform/FileSizeLimit.h"
 #include "platform/Headless.h"
 
 namespace {
@@ -203,6 +204,7 @@ int RunDesktop(int argc, char** argv, const CommandLine& line) {
 } // namespace
 
 int main(int argc, char** argv) {
+    lorvane::FailWritesBeyondTheFileSizeLimit();
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     CommandLine line;
     if (!Parse(arguments, line)) {

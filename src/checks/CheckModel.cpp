@@ -69,7 +69,7 @@ CheckModel ReadCheckModel(const Workspace& workspace, int k, int p, int T) {
         }
     }
 
-    const Matrix u = ReadResiduals(workspace, T);
+    const Matrix u = ReadResiduals(workspace, T, k);
     model.U.resize(T, k);
     for (int t = 1; t <= T; ++t) {
         for (int i = 1; i <= k; ++i) {

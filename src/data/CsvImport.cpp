@@ -8,11 +8,14 @@
 #include <map>
 #include <system_error>
 
+#include "data/DataFilePair.h"
 #include "frame/NumberText.h"
 #include "frame/ObsLabel.h"
 #include "frame/RecordFile.h"
 #include "frame/RuntimeError.h"
+#include "frame/Startup.h"
 #include "frame/Workspace.h"
+#include "platform/FileLock.h"
 
 namespace lorvane {
 
@@ -405,6 +408,9 @@ std::string FrequencyText(const ImportedData& data) {
     }
 }
 
+WorkFolderInUse::WorkFolderInUse()
+    : std::runtime_error("the work folder is held by a running module") {}
+
 ImportError::ImportError(int line, int column, const std::string& message)
     : std::runtime_error(PlaceText(line, column) + message), line_(line), column_(column),
       problem_(message) {}
@@ -627,7 +633,7 @@ namespace {
 class PendingFile {
 public:
     PendingFile(std::filesystem::path final)
-        : final_(std::move(final)), temporary_(final_.string() + ".part") {}
+        : final_(std::move(final)), temporary_(WrittenName(final_)) {}
     ~PendingFile() {
         std::error_code error;
         std::filesystem::remove(temporary_, error);
@@ -637,13 +643,6 @@ public:
 
     const std::filesystem::path& Temporary() const { return temporary_; }
     const std::filesystem::path& Final() const { return final_; }
-    void PutInPlace() {
-        std::error_code error;
-        std::filesystem::rename(temporary_, final_, error);
-        if (error) {
-            Raise(PathFileAccessError);
-        }
-    }
 
 private:
     std::filesystem::path final_;
@@ -660,37 +659,6 @@ void CheckReplaceable(const std::filesystem::path& file) {
             std::filesystem::perms::none) {
         Raise(PathFileAccessError);
     }
-}
-
-// Puts both files in place, or neither: the earlier first file is kept aside under another
-// name until the second is in place too, and comes back when the second fails.
-void PutBothInPlace(PendingFile& first, PendingFile& second) {
-    const std::filesystem::path kept = first.Final().string() + ".old";
-    std::error_code error;
-    std::filesystem::remove(kept, error);
-    const bool hadFirst = std::filesystem::exists(first.Final(), error);
-    if (hadFirst) {
-        // A second name for the same bytes, or a copy where links are not to be had.
-        std::filesystem::create_hard_link(first.Final(), kept, error);
-        if (error) {
-            std::filesystem::copy_file(first.Final(), kept, error);
-        }
-        if (error) {
-            Raise(PathFileAccessError);
-        }
-    }
-    try {
-        first.PutInPlace();
-        second.PutInPlace();
-    } catch (const RuntimeError&) {
-        if (hadFirst) {
-            std::filesystem::rename(kept, first.Final(), error);
-        } else {
-            std::filesystem::remove(first.Final(), error);
-        }
-        throw;
-    }
-    std::filesystem::remove(kept, error);
 }
 
 void WriteInput1(const ImportedData& data, const std::filesystem::path& file) {
@@ -828,22 +796,29 @@ void WriteDataFiles(const ImportedData& data, const std::filesystem::path& dataF
         Raise(InvalidProcedureCall);
     }
 
-    Workspace workspace;
-    workspace.DataFolder = dataFolder;
+    const Workspace workspace{{}, dataFolder, dataFolder};
     std::error_code error;
     const bool existed = std::filesystem::is_directory(workspace.DataSubfolder(), error);
     std::filesystem::create_directories(workspace.DataSubfolder(), error);
     if (error) {
         Raise(PathFileAccessError);
     }
+    // The import holds the work folder's lock while it writes, as a running module does: the
+    // data files of a module are never replaced under it, and no module starts on files that
+    // are half replaced.
+    const FileLock lock(workspace.WorkFile(WorkFolderLockName));
+    if (lock.state() == FileLock::State::HeldElsewhere) {
+        throw WorkFolderInUse();
+    }
     try {
+        SettleDataFiles(workspace.DataSubfolder());
         PendingFile input1(workspace.DataFile("INPUT1.RAN"));
         PendingFile input2(workspace.DataFile("INPUT2.RAN"));
         CheckReplaceable(input1.Final());
         CheckReplaceable(input2.Final());
         WriteInput1(data, input1.Temporary());
         WriteInput2(data, input2.Temporary());
-        PutBothInPlace(input1, input2);
+        PutDataFilesInPlace(workspace.DataSubfolder());
     } catch (...) {
         if (!existed) {
             std::filesystem::remove(workspace.DataSubfolder(), error);
@@ -960,6 +935,10 @@ int RunImport(const std::vector<std::string>& arguments, std::ostream& out, std:
     }
     try {
         WriteDataFiles(data, workFolder);
+    } catch (const WorkFolderInUse&) {
+        err << program << "a module is running on " << workFolder.string()
+            << "; end it first\nNothing was written.\n";
+        return 3;
     } catch (const RuntimeError& failed) {
         err << program << "cannot write the data files in " << (workFolder / "LORVANE.DAT").string()
             << " (" << failed.Description() << ")\nNothing was written.\n";

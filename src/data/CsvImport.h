@@ -85,9 +85,16 @@ std::optional<CsvDate> ParseCsvDate(std::string_view text);
 // The calendar in words: "undated", "annual", "quarterly", "monthly" or "N periods a year".
 std::string FrequencyText(const ImportedData& data);
 
-// Writes dataFolder/LORVANE.DAT/INPUT1.RAN and INPUT2.RAN (creating the folders). Both are
-// first written to temporary files beside them and then both put in place, or neither: a
-// failure leaves the earlier files as they were. An earlier file marked read-only is not
+// A running module holds the work folder: its data files are not the import's to replace.
+class WorkFolderInUse : public std::runtime_error {
+public:
+    WorkFolderInUse();
+};
+
+// Writes dataFolder/LORVANE.DAT/INPUT1.RAN and INPUT2.RAN (creating the folders), holding the
+// work folder's lock meanwhile; throws WorkFolderInUse when a module holds it. Both are first
+// written to temporary files beside them and then both put in place, or neither, across a crash
+// too: a failure leaves the earlier files as they were. An earlier file marked read-only is not
 // replaced. Throws RuntimeError on file errors.
 void WriteDataFiles(const ImportedData& data, const std::filesystem::path& dataFolder);
 

@@ -10,6 +10,7 @@
 #include "estimate/WaldFileWriter.h"
 #include "frame/Module.h"
 #include "frame/NumberText.h"
+#include "frame/RuntimeError.h"
 #include "frame/TextFile.h"
 #include "numeric/DISTRIB.h"
 #include "numeric/DataUnits.h"
@@ -79,9 +80,9 @@ double ObservationLogLikelihood::At(int t, const Matrix& u) const {
     return -0.5 * quadratic - 0.5 * logDeterminant_;
 }
 
-Matrix ReadResiduals(const Workspace& workspace, int T) {
+Matrix ReadResiduals(const Workspace& workspace, int T, int k) {
     TextInput input(workspace.DataFile("U.TMP"));
-    const int k = input.ReadCount(1);
+    input.ReadCount(k, k);
     input.ExpectFields(k + static_cast<long long>(T) * k);
     for (int i = 1; i <= k; ++i) {
         input.ReadField();
@@ -205,6 +206,9 @@ std::string LReportText(const Matrix& L, const Matrix& VL, double T) {
 void ExtendWaldFile(EstimationView& view, const Matrix& L, const Matrix& VL, double T) {
     double fileT = 0;
     const ParameterSet old = ReadParameterSet(view.module, fileT);
+    if (fileT != T) {
+        Raise(InputPastEndOfFile);
+    }
     ParameterSet free;
     int c = 0;
     for (const ElementPlace& place : FreePlaces(L.Rows())) {

@@ -34,8 +34,9 @@ private:
     bool failed_ = false;
 };
 
-// The residuals of U.TMP, u(t, i) for t = 1..T.
-Matrix ReadResiduals(const Workspace& workspace, int T);
+// The residuals of U.TMP, u(t, i) for t = 1..T and i = 1..k, k the model's count of variables:
+// a file of another count is the file's read error.
+Matrix ReadResiduals(const Workspace& workspace, int T, int k);
 
 // What the variance computation of L ends in.
 enum class VarianceOfL { Done, LSingular, ScoresSingular };

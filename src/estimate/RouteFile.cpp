@@ -2,6 +2,7 @@
 
 #include "frame/Module.h"
 #include "frame/NumberText.h"
+#include "frame/RuntimeError.h"
 #include "frame/TextFile.h"
 #include "frame/Workspace.h"
 
@@ -15,7 +16,12 @@ void WriteRoute(const Workspace& workspace, std::string_view word) {
 
 std::string ReadRoute(Module& module) {
     TextInput input(module.DataFile("ROUTE.TMP"));
-    module.Route = UpperCase(Trim(input.ReadField()));
+    const std::string word = UpperCase(Trim(input.ReadField()));
+    if (word != RouteOlsSur && word != RouteMaximumLikelihood &&
+        word != RouteStructuralMaximumLikelihood && word != RouteStructuralOlsSur) {
+        Raise(InputPastEndOfFile);
+    }
+    module.Route = word;
     return module.Route;
 }
 

@@ -312,7 +312,7 @@ void VARSUR::RunFIML() {
     view.Working();
     const double T = Observations();
     const Matrix L = ReadLFile(module);
-    const Matrix u = ReadResiduals(module, static_cast<int>(T));
+    const Matrix u = ReadResiduals(module, static_cast<int>(T), module.store().SelectedCount());
     Matrix VL;
     switch (ComputeVarianceOfL(view, L, u, T, VL)) {
     case VarianceOfL::LSingular:

@@ -1,6 +1,7 @@
 #include "estimate/VWaldT2.h"
 
 #include "estimate/RouteFile.h"
+#include "frame/WorkFileModel.h"
 #include "frame/Module.h"
 #include "frame/OutputLog.h"
 
@@ -29,7 +30,9 @@ void VWaldT2::Load() {
 }
 
 ParameterFile VWaldT2::ReadParameters() const {
-    return ReadParameterFile(module.DataFile("WALDT.TMP"));
+    ParameterFile parameters = ReadParameterFile(module.DataFile("WALDT.TMP"));
+    ExpectModelObservations(module, parameters.T);
+    return parameters;
 }
 
 void VWaldT2::Click(Control& control) {

@@ -63,7 +63,7 @@ ForecastModel ReadForecastModel(const Module& module) {
         }
     }
 
-    const Matrix u = ReadResiduals(module, static_cast<int>(model.T));
+    const Matrix u = ReadResiduals(module, static_cast<int>(model.T), n);
     model.Sigma.resize(n, n);
     for (int i = 1; i <= n; ++i) {
         for (int j = 1; j <= n; ++j) {

@@ -263,6 +263,8 @@ void Module::SaveFramePosition() {
 
 void Module::ModuleEnd() {
     RemoveActiveModule();
+    // The main program started below finds the folder free, mark and lock alike.
+    platform_.processes.releaseLock();
     const std::string program = StripQuotes(MainProgram(StartFolder), 1);
     SaveFramePosition();
     if (TestRun != 1) {

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <system_error>
 
 #include "frame/RuntimeError.h"
@@ -269,10 +270,12 @@ double Val(std::string_view text) {
     }
     const auto [rest, error] = std::from_chars(first, number.data() + number.size(), result);
     if (error == std::errc::result_out_of_range) {
-        if (number.find("e-") != std::string::npos) {
-            return 0.0; // below the smallest double
+        // Too large to hold is an overflow; too small (1E-400, or a point and 400 zeros before
+        // a digit) is as near to zero as a double comes.
+        if (std::isinf(std::strtod(number.c_str(), nullptr))) {
+            Raise(Overflow);
         }
-        Raise(Overflow);
+        return 0.0;
     }
     return result;
 }

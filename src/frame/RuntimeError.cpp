@@ -67,6 +67,11 @@ void Raise(int number) {
     throw RuntimeError::Of(number);
 }
 
+bool IsArithmeticStop(const RuntimeError& error) {
+    return error.Number() == InvalidProcedureCall || error.Number() == Overflow ||
+           error.Number() == DivisionByZero;
+}
+
 double CheckedFinite(double x) {
     if (!std::isfinite(x)) {
         Raise(Overflow);

@@ -38,6 +38,11 @@ inline constexpr int PathFileAccessError = 75;
 
 [[noreturn]] void Raise(int number);
 
+// An arithmetic stop: an invalid argument (5), an overflow (6) or a division by zero (11). A
+// computation that may end in words on one lets every other run-time error (a damaged file, a
+// lack of memory) end the module.
+bool IsArithmeticStop(const RuntimeError& error);
+
 // The run-time error that stands for an exception escaping a user action: a RuntimeError itself;
 // 7, Out of memory, for a failed or impossible allocation (bad_alloc, length_error); 9 for
 // out_of_range; 51, Internal error, for any other standard exception.

@@ -239,6 +239,10 @@ int ScriptDriver::RunLines(std::istream& script) {
         if (!text.empty() && text.back() == '\r') {
             text.pop_back();
         }
+        // A byte order mark that an editor put before a UTF-8 script is no part of its first line.
+        if (number == 1 && text.starts_with("\xEF\xBB\xBF")) {
+            text.erase(0, 3);
+        }
         // Blanks and tabs both separate words: a line of white space is empty.
         const std::size_t first = text.find_first_not_of(" \t");
         const std::string trimmed =

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "data/DataFilePair.h"
 #include "dialogs/GuidedTour.h"
 #include "frame/DrivePaths.h"
 #include "frame/Module.h"
@@ -83,25 +84,32 @@ bool CanEnter(const std::filesystem::path& folder) {
 
 void SecondInstanceGuard(Module& module) {
     const std::filesystem::path active = module.WorkFile("ACTIVEMODULE.TXT");
-    // The module holds the work folder's lock from here to its end, so ACTIVEMODULE.TXT, written
-    // at the end of the start, always has a holder beside it while the module runs.
+    // The module holds the work folder's lock from here to its end, before it writes anything,
+    // so ACTIVEMODULE.TXT, written at the end of the start, always has a holder beside it while
+    // the module runs.
     const FileLock::State lock =
         module.platform().processes.holdLock(module.WorkFile(WorkFolderLockName));
     std::error_code error;
     // Decision: a mark without a module that holds the lock was left by a module that was
-    // killed; it is stale, is removed, and the start goes on. While a module holds the lock (or
-    // when no lock can be had here) the mark stands and stops the start.
+    // killed; it is stale, is removed, and the start goes on. A lock held by another process
+    // stops the start whatever the mark says (it may not be written yet, or may have been
+    // removed); where no lock can be had here, the mark alone decides.
     if (lock == FileLock::State::Taken && std::filesystem::exists(active, error)) {
         std::filesystem::remove(active, error);
     }
-    if (std::filesystem::exists(active, error)) {
-        std::string name;
+    if (lock == FileLock::State::HeldElsewhere || std::filesystem::exists(active, error)) {
+        std::string name = module.ModuleName;
         try {
             TextInput input(active);
-            name = StripQuotes(input.ReadField(), 0);
+            const std::string marked = StripQuotes(input.ReadField(), 0);
+            if (!marked.empty()) {
+                name = marked;
+            }
         } catch (const RuntimeError&) {
-            std::filesystem::remove(active, error);
-            return;
+            if (lock != FileLock::State::HeldElsewhere) {
+                std::filesystem::remove(active, error);
+                return;
+            }
         }
         module.boxes().MessageBoxShort("A previous instance of Lorvane module " + name +
                                            " is running! End it first.",
@@ -314,6 +322,11 @@ void ModuleEntry(Module& module, const std::string& commandLine,
     module.FrameCaption = caption;
 
     ResolveDataFolder(module);
+    if (module.TestRun != 1) {
+        // An import that a crash interrupted is finished or taken back before any screen reads
+        // the data files; the lock keeps imports out from here on.
+        SettleDataFiles(module.DataSubfolder());
+    }
 
     module.ScreenScale = std::max(1.0, std::min(screens.screenWidth() / Module::DesignWidth,
                                                 screens.screenHeight() / Module::DesignHeight));

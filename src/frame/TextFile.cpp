@@ -75,7 +75,16 @@ TextInput::TextInput(const std::filesystem::path& file) {
     if (!stream || std::filesystem::is_directory(file, error)) {
         Raise(FileNotFound);
     }
-    content_.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+    // Read up to one byte past the bound, never the whole of what the name leads to: a work file
+    // padded beyond any model's size, or one that is a link to an endless device.
+    char chunk[1 << 16];
+    while (stream.read(chunk, sizeof chunk) || stream.gcount() > 0) {
+        content_.append(chunk, static_cast<std::size_t>(stream.gcount()));
+        if (content_.size() > MaxTextFileBytes) {
+            content_ = std::string();
+            Raise(InputPastEndOfFile);
+        }
+    }
 }
 
 bool TextInput::AtEnd() const {

@@ -41,6 +41,10 @@ private:
     std::filesystem::path file_;
 };
 
+// The largest text file that is read: more than the work files of the largest model the data
+// store can hold in practice. A longer file is its read error, error 62.
+inline constexpr std::size_t MaxTextFileBytes = std::size_t{256} << 20;
+
 // A text file read from its start. Opening a missing file is run-time error 53; reading
 // beyond its end is error 62. Lines may end in CR LF or LF.
 class TextInput {

@@ -25,6 +25,8 @@ public:
     // life of the process; a later call gives up the lock it held. Says whether the lock was
     // taken, or another holder has it, or it cannot be had here.
     virtual FileLock::State holdLock(const std::filesystem::path& file);
+    // Gives up the lock held, if any.
+    void releaseLock() { held_.reset(); }
 
 private:
     std::unique_ptr<FileLock> held_;

@@ -1,5 +1,7 @@
 #include "platform/RecordingSurface.h"
 
+#include <fstream>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -62,7 +64,12 @@ void RecordingSurface::text(double x, double y, const std::string& text, Colour 
 
 bool RecordingSurface::saveBitmap(const std::filesystem::path& file) const {
     operations_.push_back({"save", {}, file.string(), 0, DrawWidth(), Style()});
-    return saveSucceeds_;
+    const std::string picture = Text();
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(picture.data(),
+              static_cast<std::streamsize>(saveSucceeds_ ? picture.size() : picture.size() / 2));
+    out.close();
+    return saveSucceeds_ && out.good();
 }
 
 std::vector<RecordingSurface::Operation>

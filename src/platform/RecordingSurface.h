@@ -11,9 +11,9 @@ namespace lorvane {
 
 // A surface without pixels: it records every drawing operation, with the draw width and style
 // in force, so that tests can read what a picture draws. Text is measured as if every character
-// were 6 pixels wide and a line 13 pixels high. saveBitmap writes nothing: it records the call
-// and reports success (or failure, when told to), so that the logic around it runs as with a
-// real surface; the file it names does not come into being.
+// were 6 pixels wide and a line 13 pixels high. saveBitmap records the call and writes the record
+// of the drawing as the file, and reports success; told to fail, it writes only the first half
+// of the record, as a full disk would leave a picture, and reports failure.
 class RecordingSurface : public ScaledSurface {
 public:
     static constexpr double CharacterPixels = 6;

@@ -20,7 +20,7 @@ bool ComputeVarianceOfFactor(EstimationView& view, const Matrix& F, FactorVarian
     const Module& module = view.module;
     const int k = F.Rows();
     const double n = module.SampleLast - (module.SampleFirst + module.p) + 1;
-    const Matrix u = ReadResiduals(module, static_cast<int>(n));
+    const Matrix u = ReadResiduals(module, static_cast<int>(n), k);
     const std::vector<FactorPlace> places = NonzeroPlaces(F);
     if (ComputeScoreVariance(view, F, places, u, n, result.VarBInv) != VarianceOfL::Done) {
         return false;

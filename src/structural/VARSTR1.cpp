@@ -99,7 +99,7 @@ std::string ExplanationText(int p, int k) {
 
 std::string StructuralRoute(std::string_view route) {
     if (route == RouteOlsSur) {
-        return "SVARSURBERNANKE";
+        return std::string(RouteStructuralOlsSur);
     }
     if (route == RouteMaximumLikelihood) {
         return std::string(RouteStructuralMaximumLikelihood);

@@ -5,6 +5,7 @@
 #include "estimate/LFiles.h"
 #include "estimate/RouteFile.h"
 #include "frame/Decoration.h"
+#include "frame/WorkFileModel.h"
 #include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "frame/OutputLog.h"
@@ -235,6 +236,7 @@ void VBernanke2::TestStarRestrictions(const Matrix& L) {
     double T = 0;
     Int16 ok;
     ReadVarianceOfL(module, L.Rows(), W, T, ok);
+    ExpectModelObservations(module, T);
     if (ok == 0) {
         // After OLS or SUR without FIML there is no variance of L to test with.
         Append(std::string("However, this test cannot be conducted without the FIML variance of "
@@ -358,6 +360,7 @@ bool VBernanke2::ReportWithVariance(const std::vector<double>& b) {
     double T = 0;
     Int16 ok;
     ReadVarianceOfL(module, L_.Rows(), W, T, ok);
+    ExpectModelObservations(module, T);
     StructuralVariance variance;
     StructuralVarianceResult result = StructuralVarianceResult::SolveFailed;
     if (ok == 1) {
@@ -374,6 +377,9 @@ bool VBernanke2::ReportWithVariance(const std::vector<double>& b) {
             });
         } catch (const RuntimeError& error) {
             // An arithmetic stop, as at a variance of zero: told, and the computation fails.
+            if (!IsArithmeticStop(error)) {
+                throw;
+            }
             module.boxes().MessageBoxShort(error.MessageText(), 0, module.ModuleCaption);
             result = StructuralVarianceResult::SolveFailed;
         }
@@ -427,6 +433,9 @@ void VBernanke2::OfferMethods(const Matrix& F) {
     try {
         computed = ComputeVarianceOfFactor(view, F, variance);
     } catch (const RuntimeError& error) {
+        if (!IsArithmeticStop(error)) {
+            throw;
+        }
         module.boxes().MessageBoxShort(error.MessageText(), 0, module.ModuleCaption);
     }
     if (!computed) {

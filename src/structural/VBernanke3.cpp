@@ -6,6 +6,7 @@
 #include "estimate/LFiles.h"
 #include "estimate/RouteFile.h"
 #include "frame/Decoration.h"
+#include "frame/WorkFileModel.h"
 #include "frame/Module.h"
 #include "frame/NumberText.h"
 #include "frame/OutputLog.h"
@@ -70,10 +71,12 @@ NonstructuralVariance ReadNonstructuralVariance(const Workspace& workspace, int 
     return variance;
 }
 
-// T, the first value of WALDT.TMP.
-double SampleSize(const Workspace& workspace) {
-    TextInput input(workspace.DataFile("WALDT.TMP"));
-    return input.ReadNumber();
+// T, the first value of WALDT.TMP, which must be the model's.
+double SampleSize(const Module& module) {
+    TextInput input(module.DataFile("WALDT.TMP"));
+    const double T = input.ReadNumber();
+    ExpectModelObservations(module, T);
+    return T;
 }
 
 // n of VARL.TMP, which must be the model's count of variables.
@@ -363,7 +366,7 @@ bool VBernanke3::EstimateVariances(EstimationView& view, const Pattern& Apat,
     view.Begin();
     view.Working();
     const double Tn = module.SampleLast - module.SampleFirst + 1 - module.p;
-    const Matrix u = ReadResiduals(module, static_cast<int>(Tn));
+    const Matrix u = ReadResiduals(module, static_cast<int>(Tn), module.store().SelectedCount());
     Matrix VarB;
     if (!ScoreVarianceOfB(Apat, b, u, Tn, VarB, [&view] { view.Working(); })) {
         Fail("Asymptotic variance of b() cannot be computed, due to singularity. Respecify your "

@@ -2,16 +2,34 @@
 
 #include "estimate/RouteFile.h"
 #include "estimate/WaldTest.h"
+#include "frame/WorkFileModel.h"
 #include "frame/Module.h"
+#include "frame/RuntimeError.h"
+#include "structural/StructuralModel.h"
 
 namespace lorvane {
+
+namespace {
+
+// WALDTSV.TMP of the model in force: its T is the model's, and it holds one coefficient for each
+// free place off the diagonal of SVARA.TMP.
+ParameterFile ReadStructuralTests(const Module& module) {
+    ParameterFile tests = ReadFirstParameterSet(module.DataFile("WALDTSV.TMP"), 0);
+    ExpectModelObservations(module, tests.T);
+    const Pattern Apat = ReadStructuralPattern(module, module.store().SelectedCount());
+    if (static_cast<int>(tests.rows.size()) != StructuralCoefficientCount(Apat)) {
+        Raise(InputPastEndOfFile);
+    }
+    return tests;
+}
+
+} // namespace
 
 std::string ScreenAfterStructuralModel(Module& module) {
     if (ReadRoute(module) != RouteStructuralMaximumLikelihood) {
         return "VARIR2";
     }
-    const ParameterFile tests = ReadFirstParameterSet(module.DataFile("WALDTSV.TMP"), 0);
-    return tests.rows.size() >= 2 ? "VWaldT3" : "VARIR2";
+    return ReadStructuralTests(module).rows.size() >= 2 ? "VWaldT3" : "VARIR2";
 }
 
 VWaldT3::VWaldT3(Module& module)
@@ -35,7 +53,7 @@ void VWaldT3::Load() {
 }
 
 ParameterFile VWaldT3::ReadParameters() const {
-    return ReadStructuralParameterFile(module.DataFile("WALDTSV.TMP"));
+    return ReadStructuralTests(module);
 }
 
 void VWaldT3::Click(Control& control) {

@@ -1,7 +1,8 @@
 // The damaged-file campaign: the example roads walked by the script driver, with one work file
 // damaged each time a screen has written it, so that the next screen that reads it finds the
-// damage. Whatever the damage, the module must end in order (the road done, or the general
-// run-time error), in bounded time and memory, with the log it had written before intact.
+// damage. Whatever the damage, the module must end in order (the road done with the undamaged
+// road's numbers, or the general run-time error), in bounded time and memory, with the log it had
+// written before intact. A file that belongs to another model must be the read error, 62.
 
 #include <gtest/gtest.h>
 
@@ -92,8 +93,75 @@ const Damage Damages[] = {
     {"count -2", [](const std::string& s) { return WithCounts(s, "-2"); }},
 };
 
+// The first field, T in the parameter files, replaced.
+std::string WithFirstField(const std::string& content, const std::string& value) {
+    const std::size_t end = content.find_first_of(",\r\n");
+    return end == std::string::npos ? value : value + content.substr(end);
+}
+
+std::vector<std::string> Lines(const std::string& content) {
+    std::vector<std::string> lines;
+    std::istringstream in(content);
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+std::string Joined(const std::vector<std::string>& lines) {
+    std::string content;
+    for (const std::string& line : lines) {
+        content += line + "\n";
+    }
+    return content;
+}
+
+// The files of a model with one variable or one coefficient less, as a road of that model would
+// have left them: whole and consistent in themselves.
+std::string ResidualsOfASmallerModel(const std::string& content) {
+    std::vector<std::string> lines = Lines(content);
+    const int k = std::stoi(lines.at(0));
+    lines[0] = std::to_string(k - 1);
+    lines.erase(lines.begin() + k);
+    return Joined(lines);
+}
+
+std::string ParametersOfASmallerModel(const std::string& content) {
+    const std::vector<std::string> lines = Lines(content);
+    const std::size_t comma = lines.at(0).find(',');
+    const int n = std::stoi(lines[0].substr(comma + 1));
+    std::vector<std::string> smaller = {lines[0].substr(0, comma + 1) + std::to_string(n - 1)};
+    for (int q = 1; q < n; ++q) {
+        smaller.push_back(lines.at(static_cast<std::size_t>(q)));
+    }
+    for (int q = 1; q < n; ++q) {
+        smaller.push_back(lines.at(static_cast<std::size_t>(n + q)));
+    }
+    for (int r = 1; r < n; ++r) {
+        for (int c = 1; c < n; ++c) {
+            smaller.push_back(lines.at(static_cast<std::size_t>(2 * n + (r - 1) * n + c)));
+        }
+    }
+    return Joined(smaller);
+}
+
+const Damage ModelDamages[] = {
+    {"T 0", [](const std::string& s) { return WithFirstField(s, "0"); }},
+    {"T -3", [](const std::string& s) { return WithFirstField(s, "-3"); }},
+    {"T 32767", [](const std::string& s) { return WithFirstField(s, "32767"); }},
+    {"T one less",
+     [](const std::string& s) { return WithFirstField(s, std::to_string(std::stoi(s) - 1)); }},
+    {"another model's residuals", ResidualsOfASmallerModel},
+    {"another model's parameters", ParametersOfASmallerModel},
+};
+
 const Damage& DamageNamed(std::string_view name) {
     for (const Damage& damage : Damages) {
+        if (damage.name == name) {
+            return damage;
+        }
+    }
+    for (const Damage& damage : ModelDamages) {
         if (damage.name == name) {
             return damage;
         }
@@ -168,7 +236,7 @@ Walk WalkRoad(const std::string& script, const char* file = nullptr, const Damag
 }
 
 // Whatever the damage, the walk ends in order, in time, and leaves the log as it was.
-void ExpectInOrder(const Walk& clean, const Walk& walk, double bound) {
+void ExpectInOrder(const Walk& clean, const Walk& walk, double bound, bool sameNumbers = true) {
     EXPECT_TRUE(walk.damaged) << "the road never wrote the file";
     // A damage that is a model of its own (a Granger zero where the estimate had a one, a
     // structural model without coefficients to test) takes the road elsewhere: the driver stops at
@@ -180,6 +248,11 @@ void ExpectInOrder(const Walk& clean, const Walk& walk, double bound) {
                 elsewhere)
         << "exit code " << walk.code << ": " << walk.errors;
     EXPECT_LT(walk.seconds, bound);
+    // A road that went to its end printed what the undamaged road printed: a damage that was read
+    // as numbers would show here.
+    if (walk.code == ScriptDriver::Done && sameNumbers) {
+        EXPECT_EQ(walk.log, clean.log);
+    }
     // The log is only ever appended to: what it held is still there, as the undamaged road
     // wrote it.
     EXPECT_TRUE(walk.log.starts_with(walk.logBeforeDamage));
@@ -213,7 +286,11 @@ TEST(DamagedWorkFiles, EveryDamageOfTheDemoRoadEndsInOrder) {
     for (const char* file : WorkFiles) {
         for (const Damage& damage : Damages) {
             SCOPED_TRACE(std::string(file) + " " + damage.name);
-            ExpectInOrder(clean.walk, WalkRoad("demo.var", file, &damage), clean.bound);
+            // Known gap: VARDECOMP.TMP holds the decomposition as the text of its table, shown as
+            // it stands; no check of the table against the model reads it yet, so a damaged
+            // table that reaches the end of the road is not compared.
+            ExpectInOrder(clean.walk, WalkRoad("demo.var", file, &damage), clean.bound,
+                          std::string_view(file) != "VARDECOMP.TMP");
         }
     }
     // The reviewer's 8.6 GB would show here; the road itself needs a few hundred megabytes.
@@ -262,6 +339,30 @@ TEST(DamagedWorkFiles, EveryDamageOfTheStructuralRoadsEndsInOrder) {
         }
     }
     EXPECT_LT(PeakMegabytes(), 1500);
+}
+
+// The work files read against the model: a T that is not the model's, the files of another
+// model. Each is the read error, not numbers of another model.
+const StructuralCase ModelCases[] = {
+    {"demo.var", "WALDT.TMP", nullptr, {"T 0", "T -3", "T 32767", "T one less"}},
+    {"demo.var", "U.TMP", nullptr, {"another model's residuals"}},
+    {"structural.var", "BWALDT.TMP", nullptr, {"T 0", "T -3", "T 32767"}},
+    {"structural.var", "WALDTSV.TMP", nullptr, {"T 0", "T 32767", "another model's parameters"}},
+    {"structural_ml.var", "WALDTSV.TMP", nullptr, {"T -3", "another model's parameters"}},
+    {"structural_ml.var", "U.TMP", nullptr, {"another model's residuals"}},
+};
+
+TEST(DamagedWorkFiles, TheFilesOfAnotherModelAreTheReadError) {
+    for (const StructuralCase& test : ModelCases) {
+        for (const char* name : test.damages) {
+            SCOPED_TRACE(std::string(test.road) + " " + test.file + " " + name);
+            const Walk walk = WalkRoad(test.road, test.file, &DamageNamed(name), test.from);
+            EXPECT_TRUE(walk.damaged);
+            EXPECT_EQ(walk.code, ScriptDriver::RunTimeError) << walk.errors;
+            EXPECT_NE(walk.errors.find("run-time error 62"), std::string::npos) << walk.errors;
+            EXPECT_TRUE(walk.log.starts_with(walk.logBeforeDamage));
+        }
+    }
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "estimate/EstimationView.h"
 #include "estimate/FimlVariance.h"
 #include "estimate/RouteFile.h"
+#include "support/Errors.h"
 
 using namespace lorvane;
 using namespace lorvane::test;
@@ -64,6 +65,10 @@ TEST(RouteFile, TheWordIsQuotedAndReadBackTrimmedInUpperCase) {
     EXPECT_EQ(ReadFile(test.module().DataFile("ROUTE.TMP")), "\"NSVARML\"\r\n");
     WriteFile(test.module().DataFile("Route.TMP"), "\" nsvarsur \"\r\n");
     EXPECT_EQ(ReadRoute(test.module()), "NSVARSUR");
+    // A word of none of the roads is the file's read error, and the route in force stays.
+    WriteFile(test.module().DataFile("ROUTE.TMP"), "\"NSVARGMM\"\r\n");
+    EXPECT_EQ(test::ErrorNumberOf([&] { ReadRoute(test.module()); }), InputPastEndOfFile);
+    EXPECT_EQ(test.module().Route, "NSVARSUR");
 }
 
 TEST(ObservationLogLikelihood, IsTheNormalDensityWithoutItsConstant) {

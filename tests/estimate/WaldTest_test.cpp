@@ -155,6 +155,10 @@ namespace {
 class HandMadeParameters : public ::testing::Test {
 protected:
     void Open(const std::string& variances) {
+        // A VAR(1) on five observations: T = 4, as the file says.
+        module().p = 1;
+        module().SampleFirst = 1;
+        module().SampleLast = 5;
         WriteFile(module().DataFile("WALDT.TMP"),
                   "4,3\r\n\"a\"\r\n\"b\"\r\n\"c\"\r\n1\r\n2\r\n3\r\n" + variances);
         WriteFile(module().DataFile("ROUTE.TMP"), "\"nsvarsur\"\r\n");

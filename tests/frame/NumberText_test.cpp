@@ -119,6 +119,9 @@ TEST(Val, ReadsTheLeadingNumberSkippingBlanksAnywhere) {
     EXPECT_EQ(Val("-"), 0);
     EXPECT_EQ(Val("."), 0);
     EXPECT_EQ(Val("1e-400"), 0);
+    EXPECT_EQ(Val("-1E-400"), 0);
+    EXPECT_EQ(Val("." + std::string(400, '0') + "1"), 0);
+    EXPECT_EQ(ErrorNumberOf([] { Val("1" + std::string(400, '0')); }), Overflow);
     EXPECT_EQ(ErrorNumberOf([] { Val("1e400"); }), Overflow);
 }
 

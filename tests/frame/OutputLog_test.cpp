@@ -16,6 +16,7 @@
 #include "frame/Module.h"
 #include "frame/OutputLog.h"
 #include "frame/RuntimeError.h"
+#include "platform/FileSizeLimit.h"
 #include "support/TestModule.h"
 
 using namespace lorvane;
@@ -164,9 +165,10 @@ int AppendFailsWhole(Module& module, const std::filesystem::path& log) {
     }
 }
 
-// Writes beyond a limit on the size of files fail, as on a full disk.
+// Writes beyond a limit on the size of files fail, as on a full disk, where the program has
+// asked for that at its start.
 bool LimitFileSize(rlim_t bytes) {
-    signal(SIGXFSZ, SIG_IGN);
+    FailWritesBeyondTheFileSizeLimit();
     const rlimit limit{bytes, bytes};
     return setrlimit(RLIMIT_FSIZE, &limit) == 0;
 }

@@ -81,6 +81,17 @@ TEST_F(ScriptDriverTest, AFailedExpectationGivesOneWithItsLine) {
     EXPECT_EQ(errors.str(), "line 1: SelVar1.Command1 caption is \"Next\", expected \"Back\"\n");
 }
 
+// An editor's byte order mark before the first line is no part of it; elsewhere it is text.
+TEST_F(ScriptDriverTest, AByteOrderMarkStartsAScript) {
+    EXPECT_EQ(Run("\xEF\xBB\xBF"
+                  "expect-screen SelVar1\n"),
+              ScriptDriver::Done)
+        << errors.str();
+    EXPECT_EQ(Run("expect-screen SelVar1\n\xEF\xBB\xBF"
+                  "expect-screen SelVar1\n"),
+              ScriptDriver::BadLine);
+}
+
 // The files of the data folder, as another program would see them: expect-file checks, remove
 // deletes (in any letter case of the name, like every file of the folder).
 TEST_F(ScriptDriverTest, FilesOfTheDataFolderAreCheckedAndRemoved) {

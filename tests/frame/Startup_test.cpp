@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "frame/DrivePaths.h"
 #include "frame/ModuleEnded.h"
 #include "frame/Startup.h"
@@ -180,16 +183,26 @@ TEST_F(StartupTest, ARunningModuleStopsTheStartAndItsFileStays) {
     EXPECT_TRUE(test.processes().Requests().empty());
     EXPECT_EQ(module().CurrentScreen, "");
 
-    // An unreadable file is deleted and the start goes on.
-    TestModule second;
-    second.module().UseScreenTable(ProbeTable({"SelVar1"}));
-    const FileLock holder(second.Root() / "work" / WorkFolderLockName);
-    WriteFile(second.Root() / "work" / "ACTIVEMODULE.TXT", "");
-    second.module().Run([&] {
-        ModuleEntry(second.module(), (second.Root() / "work").string(), second.Root() / "start");
-    });
-    EXPECT_FALSE(second.module().Ended());
-    EXPECT_EQ(second.module().CurrentScreen, "SelVar1");
+    // The lock decides, whatever the mark says: a module that holds it and has not written its
+    // mark yet (or whose mark was emptied or removed) stops the start before it writes anything.
+    for (const char* mark : std::initializer_list<const char*>{"", nullptr}) {
+        TestModule second;
+        second.module().UseScreenTable(ProbeTable({"SelVar1"}));
+        const std::filesystem::path work = second.Root() / "work";
+        const FileLock holder(work / WorkFolderLockName);
+        if (mark != nullptr) {
+            WriteFile(work / "ACTIVEMODULE.TXT", mark);
+        }
+        second.dialogs().QueueAnswer("OK");
+        second.module().Run(
+            [&] { ModuleEntry(second.module(), work.string(), second.Root() / "start"); });
+        EXPECT_TRUE(second.module().Ended());
+        EXPECT_EQ(second.dialogs().Shown()[0], "[box] Error! | A previous instance of Lorvane "
+                                               "module VAR is running! End it first. -> OK");
+        EXPECT_EQ(second.module().CurrentScreen, "");
+        EXPECT_FALSE(std::filesystem::exists(work / "STARTDIR"));
+        EXPECT_EQ(std::filesystem::exists(work / "ACTIVEMODULE.TXT"), mark != nullptr);
+    }
 }
 
 // A module that was killed left its mark but holds no lock: the mark is stale.
@@ -213,6 +226,46 @@ TEST_F(StartupTest, AMarkWithoutALockHolderIsStaleAndTheStartGoesOn) {
     EXPECT_TRUE(beside.module().Ended());
     EXPECT_EQ(beside.dialogs().Shown().size(), 1u);
     EXPECT_EQ(ReadFile(Work() / "ACTIVEMODULE.TXT"), "\"VAR\"\r\n");
+}
+
+// Two modules started together on one folder, each in a process of its own, released at one
+// moment: one runs and the other is refused, however their starts interleave.
+TEST_F(StartupTest, OfTwoModulesStartedTogetherOneRuns) {
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        const std::filesystem::path work = test.Root() / ("paired" + std::to_string(attempt));
+        std::filesystem::create_directories(work);
+        int go[2];
+        ASSERT_EQ(pipe(go), 0);
+        std::vector<pid_t> children;
+        for (int child = 0; child < 2; ++child) {
+            const pid_t pid = fork();
+            if (pid == 0) {
+                close(go[1]);
+                char released = 0;
+                [[maybe_unused]] const auto read = ::read(go[0], &released, 1);
+                TestModule paired;
+                paired.module().UseScreenTable(ProbeTable({"SelVar1"}));
+                paired.dialogs().QueueAnswer("OK");
+                paired.module().Run(
+                    [&] { ModuleEntry(paired.module(), work.string(), paired.Root() / "start"); });
+                const bool ran = !paired.module().Ended();
+                // A running module holds the folder until the other has surely tried.
+                usleep(200000);
+                _exit(ran ? 0 : 1);
+            }
+            children.push_back(pid);
+        }
+        close(go[0]);
+        close(go[1]);
+        int ran = 0;
+        for (const pid_t pid : children) {
+            int status = 0;
+            waitpid(pid, &status, 0);
+            ASSERT_TRUE(WIFEXITED(status));
+            ran += WEXITSTATUS(status) == 0 ? 1 : 0;
+        }
+        EXPECT_EQ(ran, 1) << "attempt " << attempt;
+    }
 }
 
 TEST_F(StartupTest, ATestRunWritesNoActiveModuleAndStartsNothing) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -212,6 +213,9 @@ private slots:
             QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string("VAR"));
             std::ofstream(work / "ACTIVEMODULE.TXT", std::ios::trunc).close();
             QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string());
+            // The lock counts without a mark: a module starting, or one whose mark was removed.
+            std::filesystem::remove(work / "ACTIVEMODULE.TXT");
+            QCOMPARE(desktop::ActiveModule(work).value_or("?"), std::string());
         }
 
         std::filesystem::remove(work / "LORVANE.DAT" / "INPUT2.RAN");
@@ -347,7 +351,7 @@ private slots:
             written += "Line " + std::to_string(line) + " of the log\r\n";
         }
         Append(log, written);
-        const FileLock running(work / WorkFolderLockName);
+        std::optional<FileLock> running(std::in_place, work / WorkFolderLockName);
         std::ofstream(work / "ACTIVEMODULE.TXT") << "\"VAR\"\r\n";
 
         MainWindow window(root.path(), new RecordingStarter);
@@ -384,6 +388,7 @@ private slots:
         QCOMPARE(bar->value(), 10);
 
         // When the module is gone, the folder may start one.
+        running.reset();
         std::filesystem::remove(work / "ACTIVEMODULE.TXT");
         page->catchUp();
         QVERIFY(!page->notice()->isVisible());

@@ -147,9 +147,8 @@ TEST_F(PlotScreen, SavingNumbersTheFileLogsItAndMarksThePlot) {
     const std::string shown = (std::filesystem::path("LORVANE.DAT") / "IRP00002.BMP").string();
     EXPECT_EQ(Of("Label0").Caption, "Plot saved as " + shown);
     EXPECT_EQ(ReadFile(File("OUTPUT.TXT")), "\r\nInsert picture file " + shown + "\r\n");
-    const auto saves = Picture().OperationsOf("save");
-    ASSERT_EQ(saves.size(), 1u);
-    EXPECT_EQ(saves[0].text, File("IRP00002.BMP").string());
+    ASSERT_EQ(Picture().OperationsOf("save").size(), 1u);
+    EXPECT_EQ(ReadFile(File("IRP00002.BMP")), Picture().Text());
     EXPECT_EQ(ReadFile(File("IRP00001.BMP")), "someone else's picture");
     EXPECT_FALSE(Of("Command1").Enabled);
     EXPECT_EQ(Of("List1").Items[0], "Response of x to a unit shock in x (already saved)");
@@ -164,12 +163,18 @@ TEST_F(PlotScreen, SavingNumbersTheFileLogsItAndMarksThePlot) {
     EXPECT_EQ(Of("List1").Items[1], "Response of x to a unit shock in y (not yet saved)");
 }
 
+// A picture cut short (a full disk) leaves neither a piece of a file nor a line naming it.
 TEST_F(PlotScreen, APictureThatCannotBeWrittenIsARuntimeError) {
     Open();
+    test::WriteFile(File("OUTPUT.TXT"), "kept\r\n");
     Picture().SetSaveResult(false);
     module().Click("VIRPlot2", "Command1");
     ASSERT_TRUE(module().Failure().has_value());
     EXPECT_EQ(module().Failure()->Number(), PathFileAccessError);
+    EXPECT_EQ(ReadFile(File("OUTPUT.TXT")), "kept\r\n");
+    for (const auto& entry : std::filesystem::directory_iterator(module().DataSubfolder())) {
+        EXPECT_FALSE(entry.path().filename().string().starts_with("IRP0")) << entry.path();
+    }
 }
 
 TEST_F(PlotScreen, WithoutSurfacesThePictureIsOnlyRecorded) {

@@ -7,6 +7,8 @@
 #   - LORVANE.DAT/OUTPUT.TXT with NAME.log beside the script, when it exists,
 # with the session date and time lines of the log, the work folder's path (WORK) and the
 # program's folder (PROGRAM) masked.
+# A "# file-size-limit: BLOCKS" line runs the module under that limit on the size of the files it
+# writes (ulimit -f, in blocks of 1024 bytes), with the signal of the limit at its default.
 # Each "# damage: COMMAND" line (in order) runs COMMAND with bash in the work folder after the
 # import and before the run, to damage the prepared files. A run that takes longer than
 # LORVANE_SCRIPT_TIMEOUT seconds (default 240) is stopped and fails as a hang.
@@ -27,6 +29,8 @@ trap 'rm -rf "$work"' EXIT
 data=$(sed -n 's/^# data: *//p' "$script" | head -n 1)
 expected_exit=$(sed -n 's/^# exit: *//p' "$script" | head -n 1)
 expected_exit=${expected_exit:-0}
+size_limit=$(sed -n 's/^# file-size-limit: *//p' "$script" | head -n 1)
+size_limit=${size_limit:-unlimited}
 
 if [ -n "$data" ]; then
     "$import" "$source_dir/$data" "$work/folder" >/dev/null || { echo "import of $data failed"; exit 1; }
@@ -38,8 +42,9 @@ while IFS= read -r damage; do
     (cd "$work/folder" && bash -euo pipefail -c "$damage") || { echo "damage failed: $damage"; exit 1; }
 done < <(sed -n 's/^# damage: *//p' "$script")
 
-QT_QPA_PLATFORM=offscreen timeout --kill-after=10 "${LORVANE_SCRIPT_TIMEOUT:-240}" \
-    "$var" --script "$script" "$work/folder" >"$work/stdout" 2>"$work/stderr"
+(trap - XFSZ; ulimit -f "$size_limit" &&
+    QT_QPA_PLATFORM=offscreen exec timeout --kill-after=10 "${LORVANE_SCRIPT_TIMEOUT:-240}" \
+        "$var" --script "$script" "$work/folder") >"$work/stdout" 2>"$work/stderr"
 code=$?
 if [ "$code" = 124 ] || [ "$code" = 137 ]; then
     echo "the run did not end within ${LORVANE_SCRIPT_TIMEOUT:-240} seconds"

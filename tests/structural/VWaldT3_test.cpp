@@ -73,6 +73,19 @@ protected:
     void Open(const std::vector<std::string>& rows = Rows,
               const double (&variance)[3][3] = Variance) {
         WriteFile(module().DataFile("WALDTSV.TMP"), ParameterFileText(rows, variance));
+        // The model the file belongs to: its T observations, and a pattern with one free place
+        // off the diagonal for each coefficient.
+        module().p = 1;
+        module().SampleFirst = 1;
+        module().SampleLast = static_cast<int>(T) + 1;
+        std::string pattern;
+        std::size_t free = 0;
+        for (int i = 1; i <= 3; ++i) {
+            for (int j = 1; j <= 3; ++j) {
+                pattern += i == j || free++ < rows.size() ? "1\r\n" : "0\r\n";
+            }
+        }
+        WriteFile(module().DataFile("SVARA.TMP"), pattern);
         module().Run([this] { module().GoToScreen("VWaldT3"); });
     }
 
