@@ -31,6 +31,8 @@ Eigen::MatrixXd E1Differences() {
                 row.push_back(field.empty() ? 0.0 : std::stod(field));
             }
         }
+        // A line that ends in empty cells gives no field after its last comma.
+        row.resize(3, 0.0);
         rows.push_back(row);
     }
     Eigen::MatrixXd Y(rows.size(), 3);
