@@ -11,6 +11,7 @@
 #include "frame/NumberText.h"
 #include "frame/OutputLog.h"
 #include "frame/TextToNumber.h"
+#include "frame/WorkFileModel.h"
 #include "innovation/PictureSaving.h"
 #include "innovation/PlotDrawing.h"
 
@@ -42,7 +43,7 @@ VARCHECK::VARCHECK(Module& module) : Screen(module, "VARCHECK", " Model checks")
 void VARCHECK::Load() {
     FontOfNotepadText((*this)("Text1"));
     const int p = module.p;
-    T_ = module.SampleLast - (module.SampleFirst + p) + 1;
+    T_ = EstimationObservations(module);
     // The portmanteau tests need h above p; a long lag order takes a longer horizon.
     (*this)("Lags").Caption = Trim(NumberToText(std::max(DefaultLags, 2 * p)));
     (*this)("Order").Caption = Trim(NumberToText(DefaultOrder));

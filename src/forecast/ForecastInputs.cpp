@@ -5,6 +5,7 @@
 #include "estimate/FimlVariance.h"
 #include "estimate/WaldFileWriter.h"
 #include "frame/Module.h"
+#include "frame/WorkFileModel.h"
 #include "innovation/InnovationModel.h"
 #include "numeric/Pattern.h"
 #include "specify/Deterministic.h"
@@ -26,7 +27,7 @@ ForecastModel ReadForecastModel(const Module& module) {
     const int d = DeterministicColumns(module);
     ForecastModel model;
     model.p = module.p;
-    model.T = module.SampleLast - (module.SampleFirst + model.p) + 1;
+    model.T = EstimationObservations(module);
     const Pattern Z = ReadZeroOnePattern(module.DataFile("VARZERO.TMP"), n);
     model.Z.resize(n, n);
     for (int i = 1; i <= n; ++i) {
